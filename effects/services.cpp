@@ -1,0 +1,32 @@
+// The module's services, in the order in which they join the list. The order of definitions in one file is the order
+// of their initialisation; the host meets them from the last to the first.
+#include "effects/channels/downmix_effect.h"
+#include "effects/channels/mono_to_stereo.h"
+#include "effects/channels/move_stereo_to_rear.h"
+#include "effects/channels/reverse_stereo.h"
+#include "effects/channels/stereo_to_quad.h"
+#include "effects/limiters/hard_limiter.h"
+#include "frame/component_version.h"
+#include "frame/plain_effect_factory.h"
+#include "frame/service_list.h"
+
+namespace kelvane {
+
+namespace {
+
+template <class Effect>
+using plain_effect = service_record<plain_effect_factory<Effect>, velmora::effect_factory>;
+
+plain_effect<downmix_to_stereo> downmix_to_stereo_record;
+plain_effect<downmix_to_mono> downmix_to_mono_record;
+plain_effect<mono_to_stereo> mono_to_stereo_record;
+plain_effect<reverse_stereo> reverse_stereo_record;
+plain_effect<stereo_to_quad> stereo_to_quad_record;
+plain_effect<move_stereo_to_rear> move_stereo_to_rear_record;
+service_record<version_record, velmora::component_version> component_version_record;
+service_record<file_name_service, velmora::file_name_check> file_name_check_record;
+plain_effect<hard_limiter> hard_limiter_record;
+
+} // namespace
+
+} // namespace kelvane

@@ -1,0 +1,10 @@
+// The one place for what the language does not have and each compiler spells its own way.
+#pragma once
+
+#ifdef _WIN32
+/// The export list (kelvane.def) names what the library shows.
+#define KELVANE_EXPORT
+#else
+/// Makes a symbol visible to the version script (kelvane.map), which picks what the library shows.
+#define KELVANE_EXPORT __attribute__((visibility("default")))
+#endif

@@ -1,0 +1,60 @@
+// The factory of every effect without settings.
+#pragma once
+
+#include "frame/exceptions.h"
+#include "frame/services.h"
+#include "velmora/effect_factory.h"
+#include "velmora/effect_instance.h"
+#include "velmora/effect_preset.h"
+#include "velmora/string_receiver.h"
+
+#include <new>
+#include <string_view>
+
+namespace kelvane {
+
+/// A new instance with one reference. Throws `bad_allocation`.
+template <class Effect>
+service_ptr<velmora::effect_instance> make_instance() {
+    auto* const instance = new (std::nothrow) Effect;
+    if (instance == nullptr) {
+        throw bad_allocation();
+    }
+    instance->add_ref();
+    return service_ptr<velmora::effect_instance>(instance);
+}
+
+/// Whether `preset` belongs to the effect `identity`.
+inline bool is_owned_by(const velmora::effect_preset& preset, const velmora::guid& identity) {
+    velmora::guid owner;
+    return *preset.get_owner(&owner) == identity;
+}
+
+/// `Effect` has a default constructor and the constants `identity` (GUID) and `display_name`. Its presets have an empty
+/// payload; one with any byte in it is refused, not ignored.
+template <class Effect>
+class plain_effect_factory final : public static_service<velmora::effect_factory> {
+public:
+    void get_name(velmora::string_receiver* name) override {
+        name->set_text(Effect::display_name.data(), Effect::display_name.size());
+    }
+
+    void get_default_preset(velmora::effect_preset* preset) override {
+        preset->set_owner(&Effect::identity);
+        preset->set_data(nullptr, 0);
+    }
+
+    bool instantiate(velmora::effect_instance** out, const velmora::effect_preset* preset) override {
+        if (!is_owned_by(*preset, Effect::identity) || preset->get_data_size() != 0) {
+            return false;
+        }
+        store_reference(out, make_instance<Effect>());
+        return true;
+    }
+
+    void get_identity(velmora::guid* out) override { *out = Effect::identity; }
+    bool has_settings_dialog() override { return false; }
+    bool edit_settings(velmora::effect_preset*, void*) override { return false; }
+};
+
+} // namespace kelvane

@@ -1,0 +1,62 @@
+#include "frame/preset.h"
+
+#include "frame/exceptions.h"
+
+#include <algorithm>
+
+namespace kelvane {
+
+namespace {
+
+velmora::guid owner_of(const velmora::effect_preset& preset) {
+    velmora::guid owner;
+    return *preset.get_owner(&owner);
+}
+
+} // namespace
+
+preset::preset(const velmora::effect_preset& original) {
+    copy_preset(*this, original);
+}
+
+velmora::guid* preset::get_owner(velmora::guid* out) const {
+    *out = owner_;
+    return out;
+}
+
+void preset::set_owner(const velmora::guid* owner) {
+    owner_ = *owner;
+}
+
+const void* preset::get_data() const {
+    return payload_.data();
+}
+
+std::size_t preset::get_data_size() const {
+    return payload_.size();
+}
+
+void preset::set_data(const void* data, std::size_t bytes) {
+    const auto* const first = static_cast<const std::byte*>(data);
+    try {
+        payload_ = bytes == 0 ? std::vector<std::byte>() : std::vector<std::byte>(first, first + bytes);
+    } catch (const std::bad_alloc&) {
+        throw bad_allocation();
+    }
+}
+
+bool are_equal(const velmora::effect_preset& a, const velmora::effect_preset& b) {
+    const std::size_t bytes = a.get_data_size();
+    const auto* const a_first = static_cast<const std::byte*>(a.get_data());
+    const auto* const b_first = static_cast<const std::byte*>(b.get_data());
+    return owner_of(a) == owner_of(b) && bytes == b.get_data_size() &&
+           (bytes == 0 || std::equal(a_first, a_first + bytes, b_first));
+}
+
+void copy_preset(velmora::effect_preset& target, const velmora::effect_preset& source) {
+    const velmora::guid owner = owner_of(source);
+    target.set_data(source.get_data(), source.get_data_size());
+    target.set_owner(&owner);
+}
+
+} // namespace kelvane

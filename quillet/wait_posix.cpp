@@ -1,0 +1,5 @@
+#include "quillet/quillet.h"
+
+void* GetInfiniteWaitEvent() {
+    return nullptr;
+}

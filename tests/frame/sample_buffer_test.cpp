@@ -1,0 +1,69 @@
+#include "frame/sample_buffer.h"
+
+#include "frame/exceptions.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace kelvane {
+namespace {
+
+constexpr std::size_t most = std::numeric_limits<std::size_t>::max();
+
+template <class Exception, class Call>
+std::string text_of(Call call) {
+    try {
+        call();
+    } catch (const Exception& caught) {
+        return caught.what();
+    }
+    return "nothing thrown";
+}
+
+TEST(SampleBuffer, GrowsToTheLargestNeedAndNeverShrinks) {
+    sample_buffer buffer;
+    buffer.grow(10);
+    buffer.grow(4);
+    EXPECT_EQ(buffer.capacity(), 10U);
+    buffer.grow(11);
+    EXPECT_EQ(buffer.capacity(), 11U);
+}
+
+TEST(SampleBuffer, KeepsItsSamplesWhileGrowing) {
+    sample_buffer buffer;
+    buffer.grow(2);
+    buffer.data()[0] = 0.25;
+    buffer.data()[1] = -1.0;
+    buffer.grow(100'000);
+    EXPECT_EQ(buffer.data()[0], 0.25);
+    EXPECT_EQ(buffer.data()[1], -1.0);
+}
+
+TEST(SampleBuffer, GrowingToNothingFreesIt) {
+    sample_buffer buffer;
+    buffer.grow(10);
+    buffer.grow(0);
+    EXPECT_EQ(buffer.capacity(), 0U);
+    EXPECT_EQ(buffer.data(), nullptr);
+}
+
+TEST(SampleBuffer, AnImpossibleSizeIsABadAllocationAndChangesNothing) {
+    sample_buffer buffer;
+    buffer.grow(3);
+    buffer.data()[2] = 7.0;
+    for (const std::size_t samples : {most, most / 8 + 1, most / 8, most / 16}) {
+        EXPECT_EQ(text_of<std::bad_alloc>([&] { buffer.grow(samples); }), "bad allocation") << samples;
+    }
+    EXPECT_EQ(buffer.capacity(), 3U);
+    EXPECT_EQ(buffer.data()[2], 7.0);
+}
+
+TEST(SampleBuffer, AProductOfFramesAndChannelsThatOverflowsIsABadAllocation) {
+    sample_buffer buffer;
+    EXPECT_EQ(text_of<std::bad_alloc>([&] { buffer.grow_to_frames(most / 2, 4); }), "bad allocation");
+    EXPECT_EQ(buffer.grow_to_frames(3, 2).size(), 6U);
+}
+
+} // namespace
+} // namespace kelvane
