@@ -28,7 +28,7 @@ function(kelvane_test name)
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} gmock_main project_options)
     add_dependencies(${name} kelvane)
-    add_test(NAME ${name} COMMAND ${name} --gtest_brief=1 --gtest_output=xml:${KELVANE_REPORTS}/${name}.xml
+    add_test(NAME ${name} COMMAND ${name} --gtest_brief=1 --gtest_output=xml:../reports/${name}.xml
         WORKING_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "${KELVANE_TEST_ENVIRONMENT}" TIMEOUT 600)
 endfunction()
