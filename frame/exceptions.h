@@ -25,13 +25,20 @@ public:
 };
 
 /// The process is stopping because of a fault of its own (bug_check.h).
-class exception_bug_check : public std::exception {};
+class exception_bug_check : public std::exception {
+public:
+    const char* what() const noexcept override { return "Unknown exception"; }
+};
 
 } // namespace mox
 
 namespace velmora_io {
 
-class exception_io : public std::exception {};
+/// What reads and writes may throw; the derived classes say more.
+class exception_io : public std::exception {
+public:
+    const char* what() const noexcept override { return "Unknown exception"; }
+};
 
 /// The data are not what they should be.
 class exception_io_data : public exception_io {

@@ -71,9 +71,8 @@ void settings_store::load(velmora::settings_reader& stream, velmora::abort_signa
 }
 
 config_variable* settings_store::find_loaded(const velmora::guid& identity) const {
-    const auto found = std::find_if(loaded_.begin(), loaded_.end(), [&](const config_variable* variable) {
-        return variable->identity() == identity;
-    });
+    const auto found = std::find_if(loaded_.begin(), loaded_.end(),
+                                    [&](const config_variable* variable) { return variable->identity() == identity; });
     return found == loaded_.end() ? nullptr : *found;
 }
 

@@ -18,9 +18,9 @@ public:
     /// Takes one reference. Returns the new count; a static service always answers 1. Never throws. [any-thread]
     virtual uint32_t add_ref() = 0;
 
-    /// Asks for the interface `asked_class`. If the object has it: takes a reference on itself, releases what `*out` held,
-    /// stores itself in `*out` and answers true. Otherwise answers false and leaves `*out` alone. `*out` is null or a
-    /// valid service on entry; on success the caller owns one reference. Never throws. [any-thread]
+    /// Asks for the interface `asked_class`. If the object has it: takes a reference on itself, releases what `*out`
+    /// held, stores itself in `*out` and answers true. Otherwise answers false and leaves `*out` alone. `*out` is null
+    /// or a valid service on entry; on success the caller owns one reference. Never throws. [any-thread]
     virtual bool query(service** out, const guid* asked_class) = 0;
 
 protected:

@@ -36,9 +36,9 @@ constexpr std::uint32_t speakers_with_weight = (1U << weight_table.size()) - 1;
 template <std::size_t Outputs>
 constexpr downmix_weights<Outputs> to_outputs(const side_weights& row) {
     if constexpr (Outputs == 2) {
-        return {row.left, row.right};
+        return {static_cast<double>(row.left), static_cast<double>(row.right)};
     } else {
-        return {(row.left + row.right) * 0.5F};
+        return {static_cast<double>((row.left + row.right) * 0.5F)};
     }
 }
 

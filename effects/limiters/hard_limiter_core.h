@@ -6,9 +6,9 @@
 
 namespace kelvane {
 
-/// Up to half of full scale (-6 dBFS) the curve is the identity, bit for bit; beyond that a hyperbolic tangent, with the
-/// same slope at the joint, bends the magnitude towards full scale. The result never exceeds ±1.0. What is not a number
-/// stays so.
+/// Up to half of full scale (-6 dBFS) the curve is the identity, bit for bit; beyond that a hyperbolic tangent, with
+/// the same slope at the joint, bends the magnitude towards full scale. The result never exceeds ±1.0. What is not a
+/// number stays so.
 inline double soft_clip(double x) {
     if (!(x >= -0.5)) {
         return std::tanh(2.0 * x + 1.0) * 0.5 - 0.5;

@@ -1,6 +1,6 @@
 #include "frame/sample_buffer.h"
 
-#include "frame/exceptions.h"
+#include "tests/support/thrown_text.h"
 
 #include <gtest/gtest.h>
 
@@ -9,17 +9,9 @@
 namespace kelvane {
 namespace {
 
-constexpr std::size_t most = std::numeric_limits<std::size_t>::max();
+using testing_support::thrown_text;
 
-template <class Exception, class Call>
-std::string text_of(Call call) {
-    try {
-        call();
-    } catch (const Exception& caught) {
-        return caught.what();
-    }
-    return "nothing thrown";
-}
+constexpr std::size_t most = std::numeric_limits<std::size_t>::max();
 
 TEST(SampleBuffer, GrowsToTheLargestNeedAndNeverShrinks) {
     sample_buffer buffer;
@@ -53,7 +45,7 @@ TEST(SampleBuffer, AnImpossibleSizeIsABadAllocationAndChangesNothing) {
     buffer.grow(3);
     buffer.data()[2] = 7.0;
     for (const std::size_t samples : {most, most / 8 + 1, most / 8, most / 16}) {
-        EXPECT_EQ(text_of<std::bad_alloc>([&] { buffer.grow(samples); }), "bad allocation") << samples;
+        EXPECT_EQ(thrown_text<std::bad_alloc>([&] { buffer.grow(samples); }), "bad allocation") << samples;
     }
     EXPECT_EQ(buffer.capacity(), 3U);
     EXPECT_EQ(buffer.data()[2], 7.0);
@@ -61,7 +53,7 @@ TEST(SampleBuffer, AnImpossibleSizeIsABadAllocationAndChangesNothing) {
 
 TEST(SampleBuffer, AProductOfFramesAndChannelsThatOverflowsIsABadAllocation) {
     sample_buffer buffer;
-    EXPECT_EQ(text_of<std::bad_alloc>([&] { buffer.grow_to_frames(most / 2, 4); }), "bad allocation");
+    EXPECT_EQ(thrown_text<std::bad_alloc>([&] { buffer.grow_to_frames(most / 2, 4); }), "bad allocation");
     EXPECT_EQ(buffer.grow_to_frames(3, 2).size(), 6U);
 }
 

@@ -1,0 +1,329 @@
+#include "frame/effect_base.h"
+
+#include "frame/exceptions.h"
+#include "frame/never_abort.h"
+#include "frame/plain_effect_factory.h"
+#include "tests/support/strict_block.h"
+#include "tests/support/thrown_text.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace kelvane {
+namespace {
+
+using testing_support::block_format;
+using testing_support::strict_block;
+using testing_support::strict_list;
+using testing_support::thrown_text;
+
+constexpr block_format mono_44100{44100, 1, 0x4};
+
+/// Records what the base calls; `on_each` is the effect itself.
+class recording_effect final : public effect_base {
+public:
+    using behaviour = std::function<bool(recording_effect&, velmora::sample_block&)>;
+
+    explicit recording_effect(behaviour on_each = keep_all) : on_each_(std::move(on_each)) { add_ref(); }
+    ~recording_effect() override {
+        if (destroyed != nullptr) {
+            *destroyed = true;
+        }
+    }
+
+    static bool keep_all(recording_effect&, velmora::sample_block&) { return true; }
+
+    bool on_block(velmora::sample_block* block, velmora::abort_signal* abort) override {
+        calls.push_back("block " + std::to_string(block->get_sample_count()));
+        last_abort = abort;
+        last_track = current_track();
+        return on_each_(*this, *block);
+    }
+    bool needs_track_change_mark() override { return wants_track_ends; }
+    void on_track_end(velmora::abort_signal*) override { calls.emplace_back("track end"); }
+    void on_playback_end(velmora::abort_signal*) override {
+        calls.emplace_back("playback end");
+        if (emits_at_the_end) {
+            emit(7);
+        }
+    }
+
+    /// A block of `frames` frames, each sample the number of frames.
+    void emit(std::size_t frames) {
+        const std::vector<double> samples(frames, static_cast<double>(frames));
+        emit_block(samples, {44100, 1, 0x4});
+    }
+
+    void* track() const { return current_track(); }
+
+    std::vector<std::string> calls;
+    bool wants_track_ends = false;
+    bool emits_at_the_end = false;
+    bool* destroyed = nullptr;
+    velmora::abort_signal* last_abort = nullptr;
+    void* last_track = nullptr;
+
+private:
+    behaviour on_each_;
+};
+
+strict_list list_of(std::initializer_list<std::size_t> frame_counts) {
+    strict_list list;
+    for (const std::size_t frames : frame_counts) {
+        list.append(std::vector<double>(frames, static_cast<double>(frames)), mono_44100);
+    }
+    return list;
+}
+
+std::vector<std::size_t> frame_counts(strict_list& list) {
+    std::vector<std::size_t> counts;
+    for (std::size_t i = 0; i < list.get_count(); ++i) {
+        counts.push_back(list.at(i).get_sample_count());
+    }
+    return counts;
+}
+
+using counts = std::vector<std::size_t>;
+using calls = std::vector<std::string>;
+
+TEST(EffectBase, VisitsBlocksInTheirOrder) {
+    recording_effect effect;
+    strict_list list = list_of({3, 1, 2});
+    effect.run(&list, nullptr, 0);
+    EXPECT_EQ(effect.calls, (calls{"block 3", "block 1", "block 2"}));
+    EXPECT_EQ(frame_counts(list), (counts{3, 1, 2}));
+}
+
+TEST(EffectBase, TakesOutBlocksWithoutAudioUnseen) {
+    recording_effect effect;
+    strict_list list = list_of({1, 2, 3, 4});
+    list.at(0).claim_frames(0);
+    list.at(1).set_channels(0, 0);
+    list.at(2).set_sample_rate(0);
+    effect.run(&list, nullptr, 0);
+    EXPECT_EQ(effect.calls, (calls{"block 4"}));
+    EXPECT_EQ(frame_counts(list), (counts{4}));
+}
+
+TEST(EffectBase, TakesOutWhatTheEffectRefusesAndKeepsTheOrderOfTheRest) {
+    recording_effect effect([](auto&, auto& block) { return block.get_sample_count() % 2 == 1; });
+    strict_list list = list_of({2, 3, 4, 6, 5, 8});
+    effect.run(&list, nullptr, 0);
+    EXPECT_EQ(effect.calls.size(), 6U);
+    EXPECT_EQ(frame_counts(list), (counts{3, 5}));
+}
+
+TEST(EffectBase, AListMayBecomeEmptyAndMayBeEmpty) {
+    recording_effect effect([](auto&, auto&) { return false; });
+    strict_list list = list_of({1, 2});
+    effect.run(&list, nullptr, 0);
+    EXPECT_EQ(list.get_count(), 0U);
+    effect.run(&list, nullptr, 0);
+    EXPECT_EQ(effect.calls.size(), 2U);
+}
+
+TEST(EffectBase, EmittedBlocksStandBeforeTheCurrentOneAndAreNotVisited) {
+    recording_effect effect([](auto& self, auto& block) {
+        self.emit(10 * block.get_sample_count());
+        self.emit(100 * block.get_sample_count());
+        return block.get_sample_count() != 2;
+    });
+    strict_list list = list_of({1, 2, 3});
+    effect.run(&list, nullptr, 0);
+    EXPECT_EQ(effect.calls, (calls{"block 1", "block 2", "block 3"}));
+    EXPECT_EQ(frame_counts(list), (counts{10, 100, 1, 20, 200, 30, 300, 3}));
+    EXPECT_EQ(list.at(0).samples(), std::vector<double>(10, 10.0));
+    EXPECT_EQ(list.at(0).format(), mono_44100);
+}
+
+TEST(EffectBase, WhatIsEmittedAtTheEndStandsBehindTheLastBlock) {
+    recording_effect effect;
+    effect.emits_at_the_end = true;
+    strict_list list = list_of({1, 2});
+    effect.run(&list, nullptr, velmora::run_flag::end_of_playback);
+    EXPECT_EQ(frame_counts(list), (counts{1, 2, 7}));
+}
+
+TEST(EffectBase, EndHooksFollowTheFlags) {
+    struct row {
+        std::uint32_t flags;
+        bool wants_track_ends;
+        calls expected;
+    };
+    const row table[] = {
+        {0, true, {}},
+        {1, true, {"track end"}},
+        {1, false, {}},
+        {2, true, {"playback end"}},
+        {2, false, {"playback end"}},
+        {3, true, {"playback end"}},
+        {3, false, {"playback end"}},
+        {4, true, {}},
+        {0xFFFFFFFC, true, {}},
+        {0xFFFFFFFF, true, {"playback end"}},
+    };
+    for (const row& expectation : table) {
+        recording_effect effect;
+        effect.wants_track_ends = expectation.wants_track_ends;
+        strict_list empty;
+        effect.run(&empty, nullptr, expectation.flags);
+        EXPECT_EQ(effect.calls, expectation.expected) << expectation.flags << expectation.wants_track_ends;
+    }
+}
+
+TEST(EffectBase, RunGivesASignalThatNeverFires) {
+    recording_effect effect;
+    strict_list list = list_of({1});
+    effect.run(&list, nullptr, 0);
+    ASSERT_EQ(effect.last_abort, &never_abort_signal());
+    EXPECT_FALSE(effect.last_abort->is_aborting());
+}
+
+TEST(EffectBase, TheTrackIsKnownDuringTheRunOnly) {
+    recording_effect effect;
+    strict_list list = list_of({1});
+    int track = 0;
+    effect.run(&list, &track, 0);
+    EXPECT_EQ(effect.last_track, &track);
+    EXPECT_EQ(effect.track(), nullptr);
+}
+
+TEST(EffectBase, AnExceptionPutsTheContextBack) {
+    recording_effect effect([](auto& self, auto& block) -> bool {
+        self.emit(5);
+        if (block.get_sample_count() == 2) {
+            throw velmora_io::exception_aborted();
+        }
+        return true;
+    });
+    strict_list list = list_of({1, 2, 3});
+    int track = 0;
+    EXPECT_EQ(thrown_text<std::exception>([&] { effect.run(&list, &track, 0); }), "User abort");
+    EXPECT_EQ(effect.track(), nullptr);
+    EXPECT_EQ(frame_counts(list), (counts{5, 1, 5, 2, 3})); // what was done so far
+    strict_list next = list_of({4});
+    effect.run(&next, &track, 0); // and the next call starts at its first block
+    EXPECT_EQ(frame_counts(next), (counts{5, 4}));
+}
+
+TEST(EffectBase, ANestedCallFindsItsOwnListAndGivesTheOuterOneBack) {
+    strict_list inner = list_of({20, 21});
+    int inner_track = 0;
+    bool is_nested = false;
+    recording_effect effect([&](auto& self, auto& block) {
+        if (block.get_sample_count() == 2 && !is_nested) {
+            is_nested = true;
+            self.run(&inner, &inner_track, 0);
+        }
+        self.emit(10 * block.get_sample_count());
+        return true;
+    });
+    strict_list outer = list_of({1, 2, 3});
+    int outer_track = 0;
+    effect.run(&outer, &outer_track, 0);
+    EXPECT_EQ(effect.calls, (calls{"block 1", "block 2", "block 20", "block 21", "block 3"}));
+    EXPECT_EQ(effect.last_track, &outer_track);
+    EXPECT_EQ(frame_counts(inner), (counts{200, 20, 210, 21}));
+    EXPECT_EQ(frame_counts(outer), (counts{10, 1, 20, 2, 30, 3}));
+}
+
+/// A list whose new blocks cannot grow.
+class refusing_list final : public velmora::block_list {
+public:
+    std::size_t get_count() override { return list.get_count(); }
+    velmora::sample_block* get_item(std::size_t index) override { return list.get_item(index); }
+    void remove_item(std::size_t index) override { list.remove_item(index); }
+    void remove_all() override { list.remove_all(); }
+    velmora::sample_block* insert_item(std::size_t index, std::size_t hint) override {
+        velmora::sample_block* const inserted = list.insert_item(index, hint);
+        list.at(index).refuse_growth();
+        return inserted;
+    }
+
+    strict_list list;
+};
+
+TEST(EffectBase, AnEmittedBlockThatCannotGrowLeavesTheListAsItWas) {
+    recording_effect effect([](auto& self, auto&) {
+        self.emit(9);
+        return true;
+    });
+    refusing_list list;
+    list.list = list_of({1});
+    EXPECT_THROW(effect.run(&list, nullptr, 0), std::bad_alloc);
+    EXPECT_EQ(frame_counts(list.list), (counts{1}));
+}
+
+TEST(EffectBase, DefaultsOfAnEffectWithoutState) {
+    class plain final : public effect_base {
+        bool on_block(velmora::sample_block*, velmora::abort_signal*) override { return true; }
+    };
+    plain effect;
+    effect.flush();
+    EXPECT_EQ(effect.get_latency(), 0.0);
+    EXPECT_FALSE(effect.needs_track_change_mark());
+}
+
+TEST(EffectCounting, StartsAtNothingAndFreesItselfWithTheLastReference) {
+    bool destroyed = false;
+    auto* const effect = new recording_effect; // counts itself up once, as a factory does
+    effect->destroyed = &destroyed;
+    EXPECT_EQ(effect->add_ref(), 2U);
+    EXPECT_EQ(effect->release(), 1U);
+    EXPECT_FALSE(destroyed);
+    EXPECT_EQ(effect->release(), 0U);
+    EXPECT_TRUE(destroyed);
+}
+
+TEST(EffectCounting, SeveralThreadsLoseNoCount) {
+    bool destroyed = false;
+    auto* const effect = new recording_effect;
+    effect->destroyed = &destroyed;
+    constexpr int rounds = 20'000;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        effect->add_ref();
+        threads.emplace_back([effect] {
+            for (int round = 0; round < rounds; ++round) {
+                effect->add_ref();
+                effect->release();
+            }
+            effect->release();
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_FALSE(destroyed);
+    EXPECT_EQ(effect->release(), 0U);
+    EXPECT_TRUE(destroyed);
+}
+
+TEST(EffectQuery, AnswersToBothIdentitiesAndReleasesWhatTheReferenceHeld) {
+    bool destroyed = false;
+    auto* const old = new recording_effect;
+    old->destroyed = &destroyed;
+    recording_effect effect;
+    velmora::service* out = old;
+    EXPECT_TRUE(effect.query(&out, &velmora::effect_instance::class_id));
+    EXPECT_TRUE(destroyed);
+    EXPECT_EQ(out, &effect);
+    EXPECT_TRUE(effect.query(&out, &velmora::effect_instance::abortable_class_id)); // the same object again
+    EXPECT_EQ(effect.add_ref(), 3U);                                                // its own, the reference's, this
+}
+
+TEST(EffectQuery, ARefusalLeavesTheReferenceAlone) {
+    recording_effect effect;
+    recording_effect other;
+    velmora::service* out = &other;
+    EXPECT_FALSE(effect.query(&out, &velmora::effect_factory::class_id));
+    EXPECT_EQ(out, &other);
+    EXPECT_EQ(other.add_ref(), 2U);
+}
+
+} // namespace
+} // namespace kelvane

@@ -1,0 +1,49 @@
+#include "tests/support/built_module.h"
+
+#include "velmora/service_factory.h"
+
+#include <stdexcept>
+
+namespace testing_support {
+
+namespace {
+
+#ifdef _WIN32
+constexpr auto module_file = "kelvane.dll";
+#else
+constexpr auto module_file = "kelvane.so";
+#endif
+
+} // namespace
+
+const host::loaded_module& built_module() {
+    static const host::loaded_module module(module_file, nullptr);
+    return module;
+}
+
+const host::effect_catalogue& built_effects() {
+    static const host::effect_catalogue catalogue(built_module());
+    return catalogue;
+}
+
+host::service_ptr<velmora::effect_instance> make_effect(std::string_view display_name) {
+    for (const host::effect_entry& effect : built_effects().effects()) {
+        if (effect.name == display_name) {
+            return host::instantiate(effect, effect.default_preset);
+        }
+    }
+    throw std::runtime_error("no such effect: " + std::string(display_name));
+}
+
+host::service_ptr<velmora::service> find_service(const velmora::guid& class_id) {
+    for (velmora::service_factory* const record : built_module().services()) {
+        if (*record->class_id == class_id) {
+            velmora::service* service = nullptr;
+            record->get_instance(&service);
+            return host::service_ptr<velmora::service>(service);
+        }
+    }
+    return nullptr;
+}
+
+} // namespace testing_support
