@@ -1,0 +1,107 @@
+#include "host/module/effect_catalogue.h"
+
+#include "host/module/guid_text.h"
+#include "host/objects/text.h"
+#include "velmora/service_factory.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+namespace host {
+
+namespace {
+
+char lower(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+std::vector<std::string> words_of(std::string_view text) {
+    std::vector<std::string> words(1);
+    for (const char letter : text) {
+        if (letter == ' ' || letter == '(' || letter == ')' || letter == '/') {
+            words.emplace_back();
+        } else {
+            words.back() += lower(letter);
+        }
+    }
+    std::erase(words, "");
+    return words;
+}
+
+bool is_abbreviation(const std::vector<std::string>& typed, const std::vector<std::string>& name) {
+    auto next = name.begin();
+    for (const std::string& word : typed) {
+        next = std::find_if(next, name.end(), [&](const std::string& whole) { return whole.starts_with(word); });
+        if (next == name.end()) {
+            return false;
+        }
+        ++next;
+    }
+    return !typed.empty();
+}
+
+effect_entry describe(service_ptr<velmora::effect_factory> factory) {
+    effect_entry entry;
+    text name;
+    factory->get_name(&name);
+    entry.name = name.str();
+    factory->get_identity(&entry.identity);
+    entry.has_dialog = factory->has_settings_dialog();
+    factory->get_default_preset(&entry.default_preset);
+    entry.factory = std::move(factory);
+    return entry;
+}
+
+std::string names_of(const std::vector<const effect_entry*>& entries) {
+    std::vector<std::string> quoted;
+    for (const effect_entry* entry : entries) {
+        quoted.push_back(fmt::format("\"{}\"", entry->name));
+    }
+    return fmt::format("{}", fmt::join(quoted, ", "));
+}
+
+} // namespace
+
+effect_catalogue::effect_catalogue(const loaded_module& module) {
+    for (velmora::service_factory* const record : module.services()) {
+        velmora::service* answered = nullptr;
+        record->get_instance(&answered);
+        const service_ptr<velmora::service> service(answered);
+        if (auto factory = query_as<velmora::effect_factory>(*service)) {
+            effects_.push_back(describe(std::move(factory)));
+        }
+    }
+}
+
+const effect_entry& effect_catalogue::find(std::string_view name) const {
+    const auto typed = words_of(name);
+    const auto id = parse_guid(name);
+    std::vector<const effect_entry*> abbreviated;
+    for (const effect_entry& entry : effects_) {
+        const auto words = words_of(entry.name);
+        if (id == entry.identity || typed == words) {
+            return entry;
+        }
+        if (is_abbreviation(typed, words)) {
+            abbreviated.push_back(&entry);
+        }
+    }
+    if (abbreviated.empty()) {
+        throw effect_name_error(fmt::format("no effect is called \"{}\"; `kelvane-host list` shows them", name));
+    }
+    if (abbreviated.size() > 1) {
+        throw effect_name_error(fmt::format("\"{}\" could be {}", name, names_of(abbreviated)));
+    }
+    return *abbreviated.front();
+}
+
+service_ptr<velmora::effect_instance> instantiate(const effect_entry& effect, const preset& settings) {
+    velmora::effect_instance* made = nullptr;
+    if (!effect.factory->instantiate(&made, &settings)) {
+        throw preset_error(fmt::format("\"{}\" refuses the preset", effect.name));
+    }
+    return service_ptr<velmora::effect_instance>(made);
+}
+
+} // namespace host

@@ -1,0 +1,18 @@
+// Ctrl-C as an abort.
+#pragma once
+
+namespace host {
+
+class abort_switch;
+
+/// While it lives, Ctrl-C and a request to terminate trigger the switch instead of ending the process at once. One at a
+/// time.
+class interrupt_guard {
+public:
+    explicit interrupt_guard(abort_switch& triggered);
+    ~interrupt_guard();
+    interrupt_guard(const interrupt_guard&) = delete;
+    interrupt_guard& operator=(const interrupt_guard&) = delete;
+};
+
+} // namespace host

@@ -1,0 +1,35 @@
+#include "host/objects/abort_switch.h"
+#include "host/platform/interrupt.h"
+
+#include <windows.h>
+
+#include <atomic>
+
+namespace host {
+
+namespace {
+
+std::atomic<abort_switch*> triggered_by_console = nullptr;
+
+BOOL WINAPI on_console_event(DWORD) {
+    abort_switch* const triggered = triggered_by_console.load();
+    if (triggered == nullptr) {
+        return FALSE;
+    }
+    triggered->trigger();
+    return TRUE;
+}
+
+} // namespace
+
+interrupt_guard::interrupt_guard(abort_switch& triggered) {
+    triggered_by_console = &triggered;
+    SetConsoleCtrlHandler(on_console_event, TRUE);
+}
+
+interrupt_guard::~interrupt_guard() {
+    SetConsoleCtrlHandler(on_console_event, FALSE);
+    triggered_by_console = nullptr;
+}
+
+} // namespace host
