@@ -1,0 +1,335 @@
+// One mill for every effect in the service list: a new effect is covered the moment it joins.
+#include "host/module/guid_text.h"
+#include "tests/module/run_effect.h"
+#include "tests/support/built_module.h"
+#include "tests/support/thrown_text.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <limits>
+#include <map>
+#include <string>
+
+namespace {
+
+using namespace testing_support;
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
+constexpr double denormal = std::numeric_limits<double>::denorm_min();
+constexpr auto end_of_playback = velmora::run_flag::end_of_playback;
+
+/// What an effect does differently by design. An effect without a row does none of it.
+struct by_design {
+    bool has_payload = false;       ///< its presets are not empty
+    bool drops_impossible = false;  ///< takes blocks out that claim samples they do not have
+    bool depends_on_blocks = false; ///< where the blocks end shows in the output
+    bool changes_length = false;    ///< the number of frames is not kept over a playback
+    bool remembers = false;         ///< one sample reaches the output of others
+};
+
+/// No effect differs so far: none has settings, none holds audio back, and each sample is done with at once.
+const std::map<std::string, by_design> designs{};
+
+by_design design_of(const std::string& effect) {
+    const auto found = designs.find(effect);
+    return found == designs.end() ? by_design{} : found->second;
+}
+
+const std::vector<block_format> common_formats{
+    {44100, 2, 0x3}, {44100, 1, 0x4},   {48000, 2, 0x3},  {48000, 6, 0x3F},
+    {48000, 2, 0x3}, {96000, 8, 0x63F}, {44100, 4, 0x33}, {44100, 2, 0x3},
+};
+
+/// Formats that a decoder should not give but may.
+const std::vector<block_format> strange_formats{
+    {44100, 1, 0x1},         {44100, 2, 0x30},   {44100, 2, 0x600},  {44100, 2, 0x0},
+    {44100, 1, 0x0},         {44100, 8, 0x3F},   {44100, 3, 0x3F},   {1, 2, 0x3},
+    {4294967295, 2, 3},      {44100, 11, 0x7FF}, {44100, 12, 0xFFF}, {44100, 3, 0x803},
+    {44100, 32, 0xFFFFFFFF},
+};
+
+class Conformance : public testing::TestWithParam<std::string> {
+protected:
+    const host::effect_entry& effect() const { return built_effects().find(GetParam()); }
+    host::service_ptr<velmora::effect_instance> make() const { return make_effect(GetParam()); }
+    by_design design() const { return design_of(GetParam()); }
+
+    programme play_anew(const programme& played, const cutting& cut) {
+        return play(*make(), played, cut, end_of_playback, random);
+    }
+
+    random_source random{20260101};
+};
+
+TEST_P(Conformance, TheDefaultPresetIsItsOwnAndMakesAnInstance) {
+    EXPECT_EQ(effect().default_preset.owner(), effect().identity);
+    EXPECT_EQ(effect().default_preset.payload().empty(), !design().has_payload);
+    EXPECT_NE(make(), nullptr);
+}
+
+TEST_P(Conformance, APresetOfAnotherOwnerMakesNothing) {
+    const auto held = make();
+    for (int byte = 0; byte < 16; ++byte) {
+        velmora::guid owner = effect().identity;
+        reinterpret_cast<unsigned char*>(&owner)[byte] ^= 1U;
+        host::preset foreign = effect().default_preset;
+        foreign.set_owner(&owner);
+        velmora::effect_instance* out = held.get();
+        EXPECT_FALSE(effect().factory->instantiate(&out, &foreign)) << byte;
+        EXPECT_EQ(out, held.get());
+    }
+    EXPECT_EQ(held->add_ref(), 2U); // the refusals took and gave no reference
+    held->release();
+}
+
+TEST_P(Conformance, APayloadOfAnySizeIsRefusedOrServes) {
+    for (const std::size_t bytes : {1U, 2U, 3U, 4U, 5U, 7U, 8U, 9U, 11U, 12U, 16U, 64U, 65536U}) {
+        host::preset malformed = effect().default_preset;
+        const std::vector<std::uint8_t> payload(bytes, static_cast<std::uint8_t>(pick(random, 0, 255)));
+        malformed.set_data(payload.data(), payload.size());
+        velmora::effect_instance* out = nullptr;
+        const bool is_made = effect().factory->instantiate(&out, &malformed);
+        const host::service_ptr<velmora::effect_instance> instance(out);
+        EXPECT_EQ(is_made, instance != nullptr) << bytes;
+        EXPECT_TRUE(design().has_payload || !is_made) << bytes;
+    }
+}
+
+TEST_P(Conformance, ANewInstanceReplacesWhatTheReferenceHeld) {
+    auto held = make();
+    held->add_ref(); // to look at it afterwards
+    velmora::effect_instance* out = held.get();
+    ASSERT_TRUE(effect().factory->instantiate(&out, &effect().default_preset));
+    const host::service_ptr<velmora::effect_instance> made(out);
+    EXPECT_NE(made, held);
+    EXPECT_EQ(made->add_ref(), 2U);
+    EXPECT_EQ(made->release(), 1U);
+    EXPECT_EQ(held->add_ref(), 2U);
+    held->release();
+}
+
+TEST_P(Conformance, AnInstanceAnswersToBothIdentitiesAndNoOther) {
+    const auto instance = make();
+    for (const auto& asked : {velmora::effect_instance::class_id, velmora::effect_instance::abortable_class_id}) {
+        velmora::service* out = nullptr;
+        ASSERT_TRUE(instance->query(&out, &asked));
+        EXPECT_EQ(out, instance.get());
+        EXPECT_EQ(out->release(), 1U);
+    }
+    velmora::service* out = nullptr;
+    EXPECT_FALSE(instance->query(&out, &velmora::effect_factory::class_id));
+    EXPECT_EQ(out, nullptr);
+}
+
+TEST_P(Conformance, WithoutADialogThereIsNothingToEdit) {
+    velmora::service* out = nullptr;
+    const bool has_interface = effect().factory->query(&out, &velmora::effect_factory_with_dialog::class_id);
+    EXPECT_EQ(has_interface, effect().has_dialog);
+    if (!effect().has_dialog) {
+        host::preset edited = effect().default_preset;
+        EXPECT_FALSE(effect().factory->edit_settings(&edited, nullptr));
+    }
+}
+
+TEST_P(Conformance, BlocksWithoutAudioAreTakenOut) {
+    const std::vector<double> samples = noise(random, 20, 0.4);
+    strict_list list;
+    list.append(samples, {44100, 2, 0x3}).claim_frames(0);
+    list.append(samples, {44100, 2, 0x3}).set_channels(0, 0);
+    list.append(samples, {0, 2, 0x3});
+    make()->run(&list, nullptr, 0);
+    EXPECT_EQ(list.get_count(), 0U);
+}
+
+TEST_P(Conformance, BlocksWithoutTheirSamplesPassUnread) {
+    const std::vector<double> samples = noise(random, 240, 0.4);
+    const auto instance = make();
+    for (const block_format& format : common_formats) {
+        for (const std::size_t claimed : {std::size_t{1000}, std::numeric_limits<std::size_t>::max() / 2 + 1}) {
+            strict_list list;
+            list.append(samples, format).claim_frames(claimed);
+            strict_block& without_buffer = list.append(samples, format);
+            without_buffer.drop_buffer();
+            const int changes_before = without_buffer.changes();
+            instance->run(&list, nullptr, 0);
+            ASSERT_EQ(list.get_count(), design().drops_impossible ? 0U : 2U);
+            if (list.get_count() == 2) {
+                EXPECT_EQ(list.at(0).changes(), 0) << format.channel_mask;
+                EXPECT_EQ(list.at(0).get_sample_count(), claimed);
+                EXPECT_EQ(list.at(1).changes(), changes_before) << format.channel_mask;
+                EXPECT_EQ(list.at(1).format(), format);
+            }
+        }
+    }
+    const programme clean = noise_in({{44100, 2, 0x3}}, 500, 0.4, random);
+    EXPECT_TRUE(are_equal(play(*instance, clean, {500, 1}, end_of_playback, random), play_anew(clean, {500, 1})));
+}
+
+TEST_P(Conformance, AnyCuttingIntoBlocksGivesTheSameSamples) {
+    if (design().depends_on_blocks) {
+        return;
+    }
+    const programme played = noise_in(common_formats, 3000, 1.5, random);
+    const programme whole = play_anew(played, {3000, 1});
+    for (const cutting& cut : {cutting{1, 1}, cutting{2, 3}, cutting{7, 1}, cutting{499, 5}, cutting{3000, 9}}) {
+        EXPECT_TRUE(are_equal(play_anew(played, cut), whole))
+            << "blocks of up to " << cut.longest_block_frames << ", up to " << cut.most_blocks_a_call << " a call";
+    }
+}
+
+TEST_P(Conformance, EveryFrameComesOutOverAPlayback) {
+    if (design().changes_length) {
+        return;
+    }
+    for (const std::vector<block_format>& formats : {common_formats, strange_formats}) {
+        for (const std::size_t frames : {1U, 2U, 255U, 256U, 1000U}) {
+            const programme played = noise_in(formats, frames, 1.5, random);
+            EXPECT_EQ(frames_of(play_anew(played, {300, 4})), frames_of(played)) << frames;
+        }
+    }
+}
+
+TEST_P(Conformance, TheRateIsKept) {
+    if (design().changes_length) {
+        return;
+    }
+    for (const block_format& format : strange_formats) {
+        const programme out = play_anew(noise_in({format}, 600, 0.4, random), {100, 2});
+        ASSERT_EQ(out.size(), 1U) << format.channel_mask;
+        EXPECT_EQ(out[0].format.sample_rate_hz, format.sample_rate_hz);
+    }
+}
+
+TEST_P(Conformance, AStrangeSampleCostsNoOther) {
+    if (design().remembers) {
+        return;
+    }
+    for (const block_format& format : common_formats) {
+        const programme clean = noise_in({format}, 100, 0.9, random);
+        const programme clean_out = play_anew(clean, {30, 1});
+        for (const double strange : {not_a_number, infinity, -infinity, denormal, 1e308}) {
+            programme spoilt = clean;
+            spoilt[0].samples[50 * format.channels] = strange;
+            programme out = play_anew(spoilt, {30, 1});
+            ASSERT_EQ(frames_of(out), 100U);
+            const std::uint32_t channels = out[0].format.channels;
+            std::copy_n(clean_out[0].samples.begin() + 50 * channels, channels, out[0].samples.begin() + 50 * channels);
+            EXPECT_TRUE(are_equal(out, clean_out)) << strange << ", mask " << format.channel_mask;
+        }
+    }
+}
+
+TEST_P(Conformance, AFlushForgetsWhateverCameBefore) {
+    const programme clean = noise_in(common_formats, 700, 0.9, random);
+    const programme fresh = play_anew(clean, {10'000, 1});
+    for (const double strange : {0.5, not_a_number, infinity, denormal}) {
+        const auto instance = make();
+        programme spoilt = noise_in(common_formats, 300, 0.9, random);
+        spoilt.back().samples.assign(spoilt.back().samples.size(), strange);
+        play(*instance, spoilt, {100, 2}, 0, random);
+        instance->flush();
+        EXPECT_EQ(instance->get_latency(), 0.0);
+        EXPECT_TRUE(are_equal(play(*instance, clean, {10'000, 1}, end_of_playback, random), fresh)) << strange;
+    }
+}
+
+TEST_P(Conformance, APlaybackAfterTheEndOfAnotherLosesNothing) {
+    const auto instance = make();
+    for (int playback = 0; playback < 3; ++playback) {
+        const programme played = noise_in({{44100, 2, 0x3}}, 400, 0.4, random);
+        const programme out = play(*instance, played, {50, 2}, end_of_playback, random);
+        EXPECT_TRUE(design().changes_length || frames_of(out) == 400U);
+        EXPECT_EQ(instance->get_latency(), 0.0);
+    }
+}
+
+TEST_P(Conformance, LatencyIsAPlausibleTime) {
+    const auto instance = make();
+    EXPECT_EQ(instance->get_latency(), 0.0);
+    double heard_s = 0.0;
+    for (int call = 0; call < 50; ++call) {
+        play(*instance, noise_in({{44100, 2, 0x3}}, 441, 0.4, random), {441, 1}, 0, random);
+        heard_s += 0.01;
+        EXPECT_GE(instance->get_latency(), 0.0);
+        EXPECT_LE(instance->get_latency(), heard_s + 1e-9); // nothing can hold back more than it was given
+    }
+}
+
+TEST_P(Conformance, AnAbortedCallLeavesAUsableInstance) {
+    const auto instance = make();
+    host::abort_switch abort;
+    abort.trigger();
+    strict_list list;
+    list.append(noise(random, 2000, 0.4), {44100, 2, 0x3});
+    const std::string said =
+        thrown_text<std::exception>([&] { instance->run_abortable(&list, nullptr, end_of_playback, &abort); });
+    EXPECT_TRUE(said == "nothing thrown" || said == "User abort") << said;
+    instance->flush();
+    const programme clean = noise_in({{44100, 2, 0x3}}, 500, 0.4, random);
+    EXPECT_TRUE(are_equal(play(*instance, clean, {500, 1}, end_of_playback, random), play_anew(clean, {500, 1})));
+}
+
+TEST_P(Conformance, ABlockThatCannotGrowLeavesAUsableInstance) {
+    for (const block_format& format : common_formats) {
+        const auto instance = make();
+        const std::vector<double> samples = noise(random, 100 * format.channels, 0.4);
+        strict_list list;
+        list.append(samples, format).refuse_growth();
+        const std::string said = thrown_text<std::bad_alloc>([&] { instance->run(&list, nullptr, 0); });
+        if (said != "nothing thrown") {
+            ASSERT_EQ(list.get_count(), 1U);
+            EXPECT_EQ(bits_of(list.at(0).samples()), bits_of(samples));
+            EXPECT_EQ(list.at(0).format(), format);
+        }
+        instance->flush();
+        const programme clean = noise_in({format}, 500, 0.4, random);
+        EXPECT_TRUE(are_equal(play(*instance, clean, {500, 1}, end_of_playback, random), play_anew(clean, {500, 1})));
+    }
+}
+
+TEST_P(Conformance, TheEndOfATrackIsAskedForOrLeavesNoTrace) {
+    const programme first = noise_in({{44100, 2, 0x3}}, 500, 0.4, random);
+    const programme second = noise_in({{44100, 2, 0x3}}, 500, 0.4, random);
+    const auto with_mark = make();
+    if (with_mark->needs_track_change_mark()) {
+        return;
+    }
+    programme marked = play(*with_mark, first, {500, 1}, velmora::run_flag::end_of_track, random);
+    for (const stretch& rest : play(*with_mark, second, {500, 1}, end_of_playback, random)) {
+        marked.push_back(rest);
+    }
+    const auto without_mark = make();
+    programme unmarked = play(*without_mark, first, {500, 1}, 0, random);
+    for (const stretch& rest : play(*without_mark, second, {500, 1}, end_of_playback, random)) {
+        unmarked.push_back(rest);
+    }
+    EXPECT_TRUE(are_equal(marked, unmarked));
+}
+
+std::vector<std::string> effect_names() {
+    std::vector<std::string> names;
+    for (const host::effect_entry& effect : built_effects().effects()) {
+        names.push_back(effect.name);
+    }
+    return names;
+}
+
+std::string as_test_name(const testing::TestParamInfo<std::string>& info) {
+    std::string name = info.param;
+    std::erase_if(name, [](unsigned char letter) { return std::isalnum(letter) == 0; });
+    return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryEffect, Conformance, testing::ValuesIn(effect_names()), as_test_name);
+
+TEST(Designs, NameEffectsThatExist) {
+    for (const auto& [name, design] : designs) {
+        EXPECT_NO_THROW(built_effects().find(name)) << name;
+    }
+}
+
+} // namespace

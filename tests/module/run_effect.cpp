@@ -1,0 +1,83 @@
+#include "tests/module/run_effect.h"
+
+#include "host/objects/abort_switch.h"
+
+#include <algorithm>
+
+namespace testing_support {
+
+namespace {
+
+void join(programme& joined, const strict_block& block) {
+    if (joined.empty() || !(joined.back().format == block.format())) {
+        joined.push_back({block.format(), {}});
+    }
+    const std::vector<double> samples = block.samples();
+    joined.back().samples.insert(joined.back().samples.end(), samples.begin(), samples.end());
+}
+
+void run_and_join(velmora::effect_instance& effect, strict_list& list, std::uint32_t flags, programme& joined) {
+    host::abort_switch abort;
+    effect.run_abortable(&list, nullptr, flags, &abort);
+    for (std::size_t i = 0; i < list.get_count(); ++i) {
+        join(joined, list.at(i));
+    }
+    list = strict_list();
+}
+
+/// The programme as one row of blocks.
+std::vector<stretch> cut_up(const programme& played, const cutting& cut, random_source& random) {
+    std::vector<stretch> blocks;
+    for (const stretch& whole : played) {
+        auto first = whole.samples.begin();
+        for (const std::size_t frames : split(random, whole.frames(), cut.longest_block_frames)) {
+            const auto last = first + static_cast<std::ptrdiff_t>(frames * whole.format.channels);
+            blocks.push_back({whole.format, {first, last}});
+            first = last;
+        }
+    }
+    return blocks;
+}
+
+} // namespace
+
+std::size_t frames_of(const programme& played) {
+    std::size_t frames = 0;
+    for (const stretch& one : played) {
+        frames += one.frames();
+    }
+    return frames;
+}
+
+programme noise_in(const std::vector<block_format>& formats, std::size_t frames, double amplitude,
+                   random_source& random) {
+    programme made;
+    for (const block_format& format : formats) {
+        made.push_back({format, noise(random, frames * format.channels, amplitude)});
+    }
+    return made;
+}
+
+programme play(velmora::effect_instance& effect, const programme& played, const cutting& cut, std::uint32_t last_flags,
+               random_source& random) {
+    programme joined;
+    strict_list list;
+    std::size_t blocks_in_this_call = pick(random, 1, cut.most_blocks_a_call);
+    for (const stretch& block : cut_up(played, cut, random)) {
+        list.append(block.samples, block.format);
+        if (list.get_count() == blocks_in_this_call) {
+            run_and_join(effect, list, 0, joined);
+            blocks_in_this_call = pick(random, 1, cut.most_blocks_a_call);
+        }
+    }
+    run_and_join(effect, list, last_flags, joined);
+    return joined;
+}
+
+bool are_equal(const programme& a, const programme& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const stretch& left, const stretch& right) {
+        return left.format == right.format && bits_of(left.samples) == bits_of(right.samples);
+    });
+}
+
+} // namespace testing_support

@@ -1,0 +1,44 @@
+// Whole playbacks through one effect.
+#pragma once
+
+#include "tests/support/signals.h"
+#include "tests/support/strict_block.h"
+#include "velmora/effect_instance.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace testing_support {
+
+/// A stretch of audio in one format.
+struct stretch {
+    block_format format;
+    std::vector<double> samples;
+
+    std::size_t frames() const { return samples.size() / format.channels; }
+};
+
+using programme = std::vector<stretch>;
+
+/// Frames of all stretches.
+std::size_t frames_of(const programme& played);
+
+/// One stretch of noise in each format.
+programme noise_in(const std::vector<block_format>& formats, std::size_t frames, double amplitude,
+                   random_source& random);
+
+/// How a programme is cut into blocks and calls.
+struct cutting {
+    std::size_t longest_block_frames;
+    std::size_t most_blocks_a_call;
+};
+
+/// Plays the programme in blocks of random lengths; the last call carries `last_flags`. What comes out is joined into
+/// stretches of one format.
+programme play(velmora::effect_instance& effect, const programme& played, const cutting& cut, std::uint32_t last_flags,
+               random_source& random);
+
+/// Whether formats and samples are equal, bit for bit.
+bool are_equal(const programme& a, const programme& b);
+
+} // namespace testing_support

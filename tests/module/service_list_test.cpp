@@ -1,0 +1,99 @@
+#include "host/module/guid_text.h"
+#include "host/objects/text.h"
+#include "tests/support/built_module.h"
+#include "velmora/component_version.h"
+#include "velmora/service_factory.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using testing_support::built_module;
+
+constexpr auto effect_class = "{0D048731-8AA8-4704-8AD6-189E24D48C88}";
+
+/// Class identity and, of an effect, its own identity and name, in the order in which the host meets them: the reverse
+/// of the order of registration.
+struct service_row {
+    std::string class_id;
+    std::string identity;
+    std::string name;
+
+    bool operator==(const service_row&) const = default;
+};
+
+const std::vector<service_row> expected_services{
+    {effect_class, "{CB592C20-2E33-4972-925F-3FBB6BDBA9BF}", "Hard -6dB limiter"},
+    {"{0639283E-3004-4E5C-B1B3-6DFF08A79284}", "", ""},
+    {"{10BB3EBD-DDF7-4975-A3CC-23084829453E}", "", ""},
+    {effect_class, "{E24420A0-5DC6-4EE1-8AE2-02452E8D8DFB}", "Move stereo to rear channels"},
+    {effect_class, "{7AAB4CE8-414A-427E-8228-78CD4A47388F}", "Convert stereo to 4 channels"},
+    {effect_class, "{45BAE3C0-10B1-4008-BAAC-C5E6CEB06BA2}", "Reverse stereo channels"},
+    {effect_class, "{F661D118-5627-40AD-AB31-CCCF71A4819D}", "Convert mono to stereo"},
+    {effect_class, "{EFC441DD-C7B4-4F34-974A-D3058F3A1BDE}", "Downmix channels to mono"},
+    {effect_class, "{866233BB-C466-43E6-AFC4-8B7BE563D912}", "Downmix channels to stereo"},
+};
+
+service_row describe(velmora::service_factory& record) {
+    velmora::service* answered = nullptr;
+    record.get_instance(&answered);
+    const host::service_ptr<velmora::service> service(answered);
+    service_row row{host::to_text(*record.class_id), "", ""};
+    if (const auto effect = host::query_as<velmora::effect_factory>(*service)) {
+        velmora::guid identity{};
+        effect->get_identity(&identity);
+        row.identity = host::to_text(identity);
+        host::text name;
+        effect->get_name(&name);
+        row.name = name.str();
+    }
+    return row;
+}
+
+void PrintTo(const service_row& row, std::ostream* out) {
+    *out << row.class_id << ' ' << row.identity << ' ' << row.name;
+}
+
+TEST(ServiceList, HoldsTheServicesInTheirOrder) {
+    std::vector<service_row> found;
+    for (velmora::service_factory* const record : built_module().services()) {
+        found.push_back(describe(*record));
+    }
+    EXPECT_EQ(found, expected_services);
+}
+
+TEST(ServiceList, ServicesAreStaticAndCountNothing) {
+    for (velmora::service_factory* const record : built_module().services()) {
+        velmora::service* first = nullptr;
+        record->get_instance(&first);
+        velmora::service* second = first; // given back by the next call
+        record->get_instance(&second);
+        EXPECT_EQ(first, second);
+        EXPECT_EQ(first->add_ref(), 1U);
+        EXPECT_EQ(first->release(), 1U);
+        EXPECT_EQ(first->release(), 1U);
+    }
+}
+
+TEST(ComponentVersion, SaysWhatTheModuleIs) {
+    const auto version = testing_support::find_service<velmora::component_version>();
+    host::text answer;
+    version->get_component_name(&answer);
+    EXPECT_EQ(answer.str(), "Brellix");
+    version->get_version(&answer);
+    EXPECT_EQ(answer.str(), "2.0 beta 12");
+    version->get_about(&answer);
+    EXPECT_EQ(answer.str(), "Standard effects for Velmora.\n"
+                            "By the two authors of Brellix.\n"
+                            "Advanced Limiter: thanks to its author.\n"
+                            "RetroArch resampler: the RetroArch team, 2010-2018.");
+    built_module().interface().set_module_names("a path", "the file name");
+    version->get_file_name(&answer);
+    EXPECT_EQ(answer.str(), "the file name");
+}
+
+} // namespace
