@@ -1,0 +1,120 @@
+#include "tests/abi/hand_made_values.h"
+#include "tests/abi/module_under_test.h"
+#include "tests/abi/slots.h"
+
+#include <gtest/gtest.h>
+
+namespace abi_test {
+namespace {
+
+struct named_effect {
+    const char* identity;
+    const char* name;
+};
+
+guid_bytes identity_of(void* factory) {
+    guid_bytes identity{};
+    call<void>(factory, factory_slot::get_identity, &identity);
+    return identity;
+}
+
+std::string name_of(void* factory) {
+    hand_made_text name;
+    call<void>(factory, factory_slot::get_name, &name);
+    return name.text;
+}
+
+hand_made_preset default_preset_of(void* factory) {
+    hand_made_preset preset;
+    preset.payload = {1, 2, 3}; // must not stay
+    call<void>(factory, factory_slot::get_default_preset, &preset);
+    return preset;
+}
+
+bool instantiate(void* factory, void** out, const hand_made_preset& preset) {
+    return call<bool>(factory, factory_slot::instantiate, out, &preset);
+}
+
+bool edit_settings(void* factory, hand_made_preset& preset) {
+    return call<bool>(factory, factory_slot::edit_settings, &preset, static_cast<void*>(nullptr));
+}
+
+TEST(FactorySlots, EffectsAreFoundByIdentityAndName) {
+    const named_effect effects[] = {
+        {"{866233BB-C466-43E6-AFC4-8B7BE563D912}", "Downmix channels to stereo"},
+        {"{EFC441DD-C7B4-4F34-974A-D3058F3A1BDE}", "Downmix channels to mono"},
+        {"{F661D118-5627-40AD-AB31-CCCF71A4819D}", "Convert mono to stereo"},
+        {"{45BAE3C0-10B1-4008-BAAC-C5E6CEB06BA2}", "Reverse stereo channels"},
+        {"{7AAB4CE8-414A-427E-8228-78CD4A47388F}", "Convert stereo to 4 channels"},
+        {"{E24420A0-5DC6-4EE1-8AE2-02452E8D8DFB}", "Move stereo to rear channels"},
+        {"{CB592C20-2E33-4972-925F-3FBB6BDBA9BF}", "Hard -6dB limiter"},
+    };
+    for (const auto& [identity, name] : effects) {
+        EXPECT_EQ(name_of(factory_of(identity)), name) << identity;
+    }
+}
+
+TEST(FactorySlots, TheDefaultPresetIsTheEffectsOwn) {
+    for (void* const factory : effect_factories()) {
+        EXPECT_EQ(default_preset_of(factory).owner, identity_of(factory)) << name_of(factory);
+    }
+}
+
+TEST(FactorySlots, TheDefaultPresetMakesAnInstanceWithOneReference) {
+    for (void* const factory : effect_factories()) {
+        void* instance = nullptr;
+        ASSERT_TRUE(instantiate(factory, &instance, default_preset_of(factory))) << name_of(factory);
+        EXPECT_EQ(call<std::uint32_t>(instance, service_slot::release), 0U) << name_of(factory);
+    }
+}
+
+TEST(FactorySlots, ANewInstanceTakesThePlaceOfTheOneHeld) {
+    for (void* const factory : effect_factories()) {
+        hand_made_service held;
+        void* out = &held;
+        ASSERT_TRUE(instantiate(factory, &out, default_preset_of(factory))) << name_of(factory);
+        EXPECT_EQ(held.references, 0U) << name_of(factory);
+        EXPECT_EQ(call<std::uint32_t>(out, service_slot::release), 0U) << name_of(factory);
+    }
+}
+
+TEST(FactorySlots, APresetOfAnotherOwnerIsRefusedAndLeavesTheAnswerAlone) {
+    for (void* const factory : effect_factories()) {
+        hand_made_preset preset = default_preset_of(factory);
+        preset.owner = guid(class_id::nobody);
+        hand_made_service held;
+        void* out = &held;
+        EXPECT_FALSE(instantiate(factory, &out, preset)) << name_of(factory);
+        EXPECT_EQ(out, &held) << name_of(factory);
+        EXPECT_EQ(held.references, 1U) << name_of(factory);
+    }
+}
+
+TEST(FactorySlots, APlainEffectRefusesAPayload) {
+    void* const factory = factory_of("{F661D118-5627-40AD-AB31-CCCF71A4819D}");
+    hand_made_preset preset = default_preset_of(factory);
+    EXPECT_EQ(preset.payload.size(), 0U);
+    preset.payload = {0};
+    void* out = nullptr;
+    EXPECT_FALSE(instantiate(factory, &out, preset));
+    EXPECT_EQ(out, nullptr);
+}
+
+TEST(FactorySlots, AnEffectWithoutADialogDoesNotEdit) {
+    std::size_t seen = 0;
+    for (void* const factory : effect_factories()) {
+        if (call<bool>(factory, factory_slot::has_settings_dialog)) {
+            continue;
+        }
+        hand_made_preset preset;
+        preset.payload = {7};
+        EXPECT_FALSE(edit_settings(factory, preset)) << name_of(factory);
+        EXPECT_EQ(preset.payload, std::vector<std::uint8_t>{7}) << name_of(factory);
+        EXPECT_EQ(preset.owner, guid_bytes{}) << name_of(factory);
+        ++seen;
+    }
+    EXPECT_GE(seen, 7U);
+}
+
+} // namespace
+} // namespace abi_test

@@ -1,0 +1,46 @@
+"""Every header compiles alone, whatever was included before it."""
+
+import re
+
+import interfaces
+import pytest
+
+WARNINGS = ["-fsyntax-only", "-Wall", "-Wextra", "-Wpedantic", "-Werror"]
+FOR_WINDOWS = interfaces.COMPILERS["g++ for Windows"]
+
+
+def headers(*folders):
+    return [path.relative_to(interfaces.SOURCE).as_posix()
+            for folder in folders for path in sorted((interfaces.SOURCE / folder).rglob("*.h"))]
+
+
+def compile_alone(command, header):
+    interfaces.compile_text([*command, *WARNINGS], f'#include "{header}"\n')
+
+
+def stands_on_windows(header):
+    """Whether the header includes the system's, itself or through another header of the project."""
+    text = (interfaces.SOURCE / header).read_text()
+    if re.search(r"^#include <(windows|commctrl|commdlg|windowsx)\.h>", text, re.MULTILINE | re.IGNORECASE):
+        return True
+    included = re.findall(r'^#include "(.*)"', text, re.MULTILINE)
+    return any(stands_on_windows(name) for name in included)
+
+
+@pytest.mark.parametrize("compiler", ["g++", "clang++"])
+@pytest.mark.parametrize("standard", ["c++17", "c++20"])
+@pytest.mark.parametrize("header", headers("velmora", "quillet"))
+def test_a_header_that_others_build_against_compiles_alone(header, standard, compiler):
+    compile_alone([compiler, f"-std={standard}"], header)
+
+
+@pytest.mark.parametrize("standard", ["c++17", "c++20"])
+@pytest.mark.parametrize("header", headers("velmora", "quillet"))
+def test_it_compiles_for_microsoft_windows_on_the_freestanding_headers(header, standard):
+    compile_alone([*interfaces.MICROSOFT, f"-std={standard}"], header)
+
+
+@pytest.mark.parametrize("header", headers("frame", "effects", "host"))
+def test_a_header_of_our_own_compiles_alone(header):
+    compiler = FOR_WINDOWS if stands_on_windows(header) else ["g++"]
+    compile_alone([*compiler, "-std=c++20", "-DUNICODE", "-DNOMINMAX", "-D_WIN32_WINNT=0x0601"], header)
