@@ -14,11 +14,11 @@ public:
     velmora::service_factory* get_service_list() override { return service_list::head(); }
 
     void save_settings(velmora::settings_writer* stream, velmora::abort_signal* abort) override {
-        settings_.save(*stream, *abort);
+        settings_.save(*stream, abort);
     }
 
     void load_settings(velmora::settings_reader* stream, velmora::abort_signal* abort) override {
-        settings_.load(*stream, *abort);
+        settings_.load(*stream, abort);
     }
 
     void set_module_names(const char* path, const char* file_name) override {

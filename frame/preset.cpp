@@ -3,6 +3,8 @@
 #include "frame/exceptions.h"
 
 #include <algorithm>
+#include <stdexcept>
+#include <utility>
 
 namespace kelvane {
 
@@ -37,9 +39,12 @@ std::size_t preset::get_data_size() const {
 }
 
 void preset::set_data(const void* data, std::size_t bytes) {
-    const auto* const first = static_cast<const std::byte*>(data);
     try {
-        payload_ = bytes == 0 ? std::vector<std::byte>() : std::vector<std::byte>(first, first + bytes);
+        std::vector<std::byte> copied(bytes);
+        std::copy_n(static_cast<const std::byte*>(data), bytes, copied.begin());
+        payload_ = std::move(copied);
+    } catch (const std::length_error&) {
+        throw bad_array_length();
     } catch (const std::bad_alloc&) {
         throw bad_allocation();
     }

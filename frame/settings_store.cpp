@@ -25,8 +25,8 @@ public:
 };
 
 /// Reads a whole field with the stream's plain `read`; false when it comes short.
-bool read_whole(velmora::settings_reader& stream, std::span<std::byte> field, velmora::abort_signal& abort) {
-    return stream.read(field.data(), field.size(), &abort) == field.size();
+bool read_whole(velmora::settings_reader& stream, std::span<std::byte> field, velmora::abort_signal* abort) {
+    return stream.read(field.data(), field.size(), abort) == field.size();
 }
 
 } // namespace
@@ -38,21 +38,21 @@ std::uint32_t record_size(std::size_t bytes) {
     return static_cast<std::uint32_t>(bytes);
 }
 
-void settings_store::save(velmora::settings_writer& stream, velmora::abort_signal& abort) const {
+void settings_store::save(velmora::settings_writer& stream, velmora::abort_signal* abort) const {
     for (config_variable* const variable : saved_) {
         const velmora::guid identity = variable->identity();
-        stream.write(&identity, sizeof identity, &abort);
+        stream.write(&identity, sizeof identity, abort);
         byte_collector value;
         variable->write(value, abort);
         const auto size = store_u32(record_size(value.collected.size()));
-        stream.write(size.data(), size.size(), &abort);
+        stream.write(size.data(), size.size(), abort);
         if (!value.collected.empty()) {
-            stream.write(value.collected.data(), value.collected.size(), &abort);
+            stream.write(value.collected.data(), value.collected.size(), abort);
         }
     }
 }
 
-void settings_store::load(velmora::settings_reader& stream, velmora::abort_signal& abort) const {
+void settings_store::load(velmora::settings_reader& stream, velmora::abort_signal* abort) const {
     velmora::guid identity;
     while (read_whole(stream, std::as_writable_bytes(std::span(&identity, 1)), abort)) {
         std::array<std::byte, 4> size;
@@ -64,7 +64,7 @@ void settings_store::load(velmora::settings_reader& stream, velmora::abort_signa
             variable->read(payload, abort);
         }
         const std::uint64_t unread = payload.left();
-        if (payload.skip(unread, &abort) != unread) {
+        if (payload.skip(unread, abort) != unread) {
             throw velmora_io::exception_io_data_truncation();
         }
     }

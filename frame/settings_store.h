@@ -14,10 +14,10 @@ namespace kelvane {
 class config_variable {
 public:
     virtual velmora::guid identity() const = 0;
-    virtual void write(velmora::settings_writer& stream, velmora::abort_signal& abort) = 0;
+    virtual void write(velmora::settings_writer& stream, velmora::abort_signal* abort) = 0;
 
     /// `stream` ends with the value's record; what is not read is passed over.
-    virtual void read(velmora::settings_reader& stream, velmora::abort_signal& abort) = 0;
+    virtual void read(velmora::settings_reader& stream, velmora::abort_signal* abort) = 0;
 
 protected:
     ~config_variable() = default;
@@ -32,12 +32,12 @@ public:
 
     /// Writes a record for each saved variable, in the order of their registration. Throws `exception_overflow` for a
     /// value past 32 bits of size, and what the stream throws.
-    void save(velmora::settings_writer& stream, velmora::abort_signal& abort) const;
+    void save(velmora::settings_writer& stream, velmora::abort_signal* abort) const;
 
     /// Reads records until an identity comes short. A record that nobody loads is passed over. Throws
     /// `exception_io_data_truncation` when a size or a payload comes short. The size that a record claims is never
     /// allocated.
-    void load(velmora::settings_reader& stream, velmora::abort_signal& abort) const;
+    void load(velmora::settings_reader& stream, velmora::abort_signal* abort) const;
 
 private:
     config_variable* find_loaded(const velmora::guid& identity) const;

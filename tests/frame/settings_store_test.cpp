@@ -25,14 +25,14 @@ public:
     text_variable(std::uint32_t number, std::string text) : value(std::move(text)), number_(number) {}
 
     velmora::guid identity() const override { return {number_, 0, 0, {}}; }
-    void write(velmora::settings_writer& stream, velmora::abort_signal& abort) override {
+    void write(velmora::settings_writer& stream, velmora::abort_signal* abort) override {
         if (!value.empty()) {
-            stream.write(value.data(), value.size(), &abort);
+            stream.write(value.data(), value.size(), abort);
         }
     }
-    void read(velmora::settings_reader& stream, velmora::abort_signal& abort) override {
+    void read(velmora::settings_reader& stream, velmora::abort_signal* abort) override {
         value.assign(bytes_to_read, '.');
-        value.resize(stream.read(value.data(), value.size(), &abort));
+        value.resize(stream.read(value.data(), value.size(), abort));
     }
 
     std::string value;
@@ -55,13 +55,13 @@ TEST(SettingsStore, WritesARecordForEachVariableInTheirOrder) {
     store.register_for_saving(second);
     store.register_for_saving(first);
     memory_writer stream;
-    store.save(stream, never_abort_signal());
+    store.save(stream, &never_abort_signal());
     EXPECT_EQ(stream.written, record(2, "two") + record(1, ""));
 }
 
 TEST(SettingsStore, WithoutVariablesItWritesNothing) {
     memory_writer stream;
-    settings_store().save(stream, never_abort_signal());
+    settings_store().save(stream, &never_abort_signal());
     EXPECT_EQ(stream.written, "");
 }
 
@@ -72,7 +72,7 @@ TEST(SettingsStore, ReadsEachRecordIntoItsVariableAndPassesOverOthers) {
     store.register_for_loading(first);
     store.register_for_loading(second);
     memory_reader stream(record(9, "unknown") + record(2, "two") + record(8, "") + record(1, "one"));
-    store.load(stream, never_abort_signal());
+    store.load(stream, &never_abort_signal());
     EXPECT_EQ(first.value, "one");
     EXPECT_EQ(second.value, "two");
 }
@@ -85,7 +85,7 @@ TEST(SettingsStore, AVariableSeesItsOwnRecordOnlyAndMayLeaveSomeOfIt) {
     store.register_for_loading(greedy);
     store.register_for_loading(modest);
     memory_reader stream(record(2, "two") + record(1, "one") + record(9, "rest"));
-    store.load(stream, never_abort_signal());
+    store.load(stream, &never_abort_signal());
     EXPECT_EQ(greedy.value, "one");
     EXPECT_EQ(modest.value, "t");
 }
@@ -96,7 +96,7 @@ TEST(SettingsStore, AStreamThatEndsWithinAnIdentityEndsQuietlyAndLaterOnItIsTrun
         memory_reader stream(whole.substr(0, bytes));
         const bool ends_within_a_record = bytes >= 16 && bytes < whole.size();
         EXPECT_EQ(thrown_text<velmora_io::exception_io_data_truncation>(
-                      [&] { settings_store().load(stream, never_abort_signal()); }),
+                      [&] { settings_store().load(stream, &never_abort_signal()); }),
                   ends_within_a_record ? truncated : "nothing thrown")
             << bytes;
     }
@@ -106,7 +106,7 @@ TEST(SettingsStore, ASizeFarPastTheEndIsTruncatedAndNeverAllocated) {
     std::string claims_4_gib = record(9, "abc");
     claims_4_gib.replace(16, 4, 4, '\xFF');
     memory_reader stream(claims_4_gib);
-    EXPECT_EQ(thrown_text<std::exception>([&] { settings_store().load(stream, never_abort_signal()); }), truncated);
+    EXPECT_EQ(thrown_text<std::exception>([&] { settings_store().load(stream, &never_abort_signal()); }), truncated);
 }
 
 TEST(SettingsStore, ARecordHoldsAtMost32BitsOfBytes) {
