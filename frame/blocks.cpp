@@ -42,7 +42,7 @@ bool is_valid_block(velmora::sample_block& block) {
         return false;
     }
     const std::size_t frames = block.get_sample_count();
-    return frames >= 1 && frames < block_size_limit_bytes / (channels * sizeof(double)) && has_samples(block);
+    return frames >= 1 && frames <= (block_size_limit_bytes - 1) / (channels * sizeof(double)) && has_samples(block);
 }
 
 std::span<const double> samples_of(velmora::sample_block& block) {

@@ -6,7 +6,7 @@
 
 namespace kelvane {
 
-void bug_check(std::string_view fault) {
+void bug_check(std::string_view fault) noexcept {
     const std::string text = "VELMORA_BugCheck: " + std::string(fault);
     uPrintCrashInfo_OnEvent(text.data(), text.size());
     uBugCheck();

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "frame/exceptions.h"
+#include "frame/preset.h"
 #include "frame/services.h"
 #include "velmora/effect_factory.h"
 #include "velmora/effect_instance.h"
-#include "velmora/effect_preset.h"
 #include "velmora/string_receiver.h"
 
 #include <new>
@@ -24,12 +24,6 @@ service_ptr<velmora::effect_instance> make_instance() {
     return service_ptr<velmora::effect_instance>(instance);
 }
 
-/// Whether `preset` belongs to the effect `identity`.
-inline bool is_owned_by(const velmora::effect_preset& preset, const velmora::guid& identity) {
-    velmora::guid owner;
-    return *preset.get_owner(&owner) == identity;
-}
-
 /// `Effect` has a default constructor and the constants `identity` (GUID) and `display_name`. Its presets have an empty
 /// payload; one with any byte in it is refused, not ignored.
 template <class Effect>
@@ -45,7 +39,7 @@ public:
     }
 
     bool instantiate(velmora::effect_instance** out, const velmora::effect_preset* preset) override {
-        if (!is_owned_by(*preset, Effect::identity) || preset->get_data_size() != 0) {
+        if (owner_of(*preset) != Effect::identity || preset->get_data_size() != 0) {
             return false;
         }
         store_reference(out, make_instance<Effect>());

@@ -8,15 +8,6 @@
 
 namespace kelvane {
 
-namespace {
-
-velmora::guid owner_of(const velmora::effect_preset& preset) {
-    velmora::guid owner;
-    return *preset.get_owner(&owner);
-}
-
-} // namespace
-
 preset::preset(const velmora::effect_preset& original) {
     copy_preset(*this, original);
 }
@@ -48,6 +39,12 @@ void preset::set_data(const void* data, std::size_t bytes) {
     } catch (const std::bad_alloc&) {
         throw bad_allocation();
     }
+}
+
+velmora::guid owner_of(const velmora::effect_preset& preset) {
+    velmora::guid owner{};
+    preset.get_owner(&owner);
+    return owner;
 }
 
 bool are_equal(const velmora::effect_preset& a, const velmora::effect_preset& b) {

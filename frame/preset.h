@@ -25,6 +25,8 @@ private:
     std::vector<std::byte> payload_;
 };
 
+velmora::guid owner_of(const velmora::effect_preset& preset);
+
 /// Whether owner, size and bytes are equal.
 bool are_equal(const velmora::effect_preset& a, const velmora::effect_preset& b);
 

@@ -1,7 +1,5 @@
 #include "effects/channels/downmix_core.h"
 
-#include "velmora/channel_mask.h"
-
 #include <bit>
 
 namespace kelvane {

@@ -39,12 +39,6 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// The abort signal answered yes.
-class interrupted : public std::exception {
-public:
-    const char* what() const noexcept override { return "interrupted"; }
-};
-
 /// Called now and then with the seconds of input done and, as far as the files tell, in all.
 using progress_function = std::function<void(double done_s, double total_s)>;
 

@@ -1,6 +1,7 @@
 #include "host/chain/effect_chain.h"
 
 #include "host/objects/block_list.h"
+#include "velmora/abort_signal.h"
 
 #include <fmt/format.h>
 
@@ -15,6 +16,9 @@ void effect_chain::run(block_list& list, void* track, std::uint32_t flags, velmo
         try {
             current.effect->run_abortable(&list, track, flags, &abort);
         } catch (const std::exception& failure) {
+            if (abort.is_aborting()) {
+                throw interrupted();
+            }
             throw effect_failure(fmt::format("\"{}\" failed: {}", current.name, failure.what()));
         }
     }

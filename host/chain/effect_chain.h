@@ -19,6 +19,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// The abort signal answered yes.
+class interrupted : public std::exception {
+public:
+    const char* what() const noexcept override { return "interrupted"; }
+};
+
 /// Drives its effects from one thread, as the player does: each gets the list as the one before it left it.
 class effect_chain {
 public:
@@ -26,7 +32,7 @@ public:
     void append(std::string name, service_ptr<velmora::effect_instance> effect);
 
     /// Takes a list through all effects. `flags` are of `velmora::run_flag`, `track` any word that names the track.
-    /// Throws `effect_failure`.
+    /// Throws `effect_failure`, or `interrupted` when an effect gave up because of the signal.
     void run(block_list& list, void* track, std::uint32_t flags, velmora::abort_signal& abort);
 
     /// Audio that the effects hold back now, in seconds.

@@ -37,9 +37,8 @@ constexpr std::array<named_layout, 12> common_layouts{{
 } // namespace
 
 std::string layout_text(std::uint32_t channels, std::uint32_t channel_mask) {
-    const auto* const found =
-        std::find_if(common_layouts.begin(), common_layouts.end(),
-                     [&](const named_layout& known) { return known.channel_mask == channel_mask; });
+    const auto found = std::find_if(common_layouts.begin(), common_layouts.end(),
+                                    [&](const named_layout& known) { return known.channel_mask == channel_mask; });
     if (found != common_layouts.end() && static_cast<std::uint32_t>(std::popcount(channel_mask)) == channels) {
         return std::string(found->name);
     }

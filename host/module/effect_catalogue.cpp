@@ -2,7 +2,6 @@
 
 #include "host/module/guid_text.h"
 #include "host/objects/text.h"
-#include "velmora/service_factory.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -64,14 +63,14 @@ std::string names_of(const std::vector<const effect_entry*>& entries) {
 } // namespace
 
 effect_catalogue::effect_catalogue(const loaded_module& module) {
-    for (velmora::service_factory* const record : module.services()) {
-        velmora::service* answered = nullptr;
-        record->get_instance(&answered);
-        const service_ptr<velmora::service> service(answered);
-        if (auto factory = query_as<velmora::effect_factory>(*service)) {
-            effects_.push_back(describe(std::move(factory)));
+    ask_module("the list of effects", [&] {
+        for (velmora::service_factory* const record : module.services()) {
+            const auto service = instance_of(*record);
+            if (auto factory = query_as<velmora::effect_factory>(*service)) {
+                effects_.push_back(describe(std::move(factory)));
+            }
         }
-    }
+    });
 }
 
 const effect_entry& effect_catalogue::find(std::string_view name) const {
@@ -98,7 +97,8 @@ const effect_entry& effect_catalogue::find(std::string_view name) const {
 
 service_ptr<velmora::effect_instance> instantiate(const effect_entry& effect, const preset& settings) {
     velmora::effect_instance* made = nullptr;
-    if (!effect.factory->instantiate(&made, &settings)) {
+    const auto instantiate = [&] { return effect.factory->instantiate(&made, &settings); };
+    if (!ask_module(fmt::format("\"{}\"", effect.name), instantiate)) {
         throw preset_error(fmt::format("\"{}\" refuses the preset", effect.name));
     }
     return service_ptr<velmora::effect_instance>(made);

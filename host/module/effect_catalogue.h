@@ -34,7 +34,7 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Asks every effect of the module once. Must not outlive the module.
+/// Asks every effect of the module once. Must not outlive the module. Throws `module_error`.
 class effect_catalogue {
 public:
     explicit effect_catalogue(const loaded_module& module);
@@ -50,7 +50,7 @@ private:
     std::vector<effect_entry> effects_;
 };
 
-/// A running effect. Throws `preset_error` when the effect refuses the preset.
+/// A running effect. Throws `preset_error` when the effect refuses the preset, and `module_error`.
 service_ptr<velmora::effect_instance> instantiate(const effect_entry& effect, const preset& settings);
 
 } // namespace host

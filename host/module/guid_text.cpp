@@ -30,7 +30,7 @@ std::optional<velmora::guid> parse_guid(std::string_view text) {
         }
     }
     const auto bytes = parse_hex(digits);
-    if (!bytes) {
+    if (!bytes || bytes->size() != sizeof(velmora::guid)) { // blanks between the digits
         return std::nullopt;
     }
     const auto number = [&](std::size_t at) { return std::to_integer<std::uint8_t>((*bytes)[at]); };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "velmora/service.h"
+#include "velmora/service_factory.h"
 
 #include <memory>
 
@@ -21,6 +22,13 @@ service_ptr<Service> query_as(velmora::service& object) {
     object.query(&answer, &Service::class_id);
     // A class identity stands for one interface, so the answer to it is of that type.
     return service_ptr<Service>(static_cast<Service*>(answer));
+}
+
+/// The service of a record.
+inline service_ptr<velmora::service> instance_of(velmora::service_factory& record) {
+    velmora::service* answer = nullptr;
+    record.get_instance(&answer);
+    return service_ptr<velmora::service>(answer);
 }
 
 } // namespace host

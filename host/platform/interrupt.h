@@ -5,8 +5,8 @@ namespace host {
 
 class abort_switch;
 
-/// While it lives, Ctrl-C and a request to terminate trigger the switch instead of ending the process at once. One at a
-/// time.
+/// While it lives, Ctrl-C, a closed terminal and a request to terminate trigger the switch instead of ending the
+/// process at once. One at a time. The switch lives as long as the process: the system may ask on a thread of its own.
 class interrupt_guard {
 public:
     explicit interrupt_guard(abort_switch& triggered);

@@ -8,6 +8,8 @@ namespace host {
 
 namespace {
 
+constexpr int interrupting_signals[] = {SIGINT, SIGTERM, SIGHUP};
+
 std::atomic<abort_switch*> triggered_by_signal = nullptr;
 
 void on_signal(int) {
@@ -20,13 +22,15 @@ void on_signal(int) {
 
 interrupt_guard::interrupt_guard(abort_switch& triggered) {
     triggered_by_signal = &triggered;
-    std::signal(SIGINT, on_signal);
-    std::signal(SIGTERM, on_signal);
+    for (const int signal : interrupting_signals) {
+        std::signal(signal, on_signal);
+    }
 }
 
 interrupt_guard::~interrupt_guard() {
-    std::signal(SIGINT, SIG_DFL);
-    std::signal(SIGTERM, SIG_DFL);
+    for (const int signal : interrupting_signals) {
+        std::signal(signal, SIG_DFL);
+    }
     triggered_by_signal = nullptr;
 }
 

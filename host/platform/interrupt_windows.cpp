@@ -11,12 +11,15 @@ namespace {
 
 std::atomic<abort_switch*> triggered_by_console = nullptr;
 
-BOOL WINAPI on_console_event(DWORD) {
+BOOL WINAPI on_console_event(DWORD event) {
     abort_switch* const triggered = triggered_by_console.load();
     if (triggered == nullptr) {
         return FALSE;
     }
     triggered->trigger();
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
+        Sleep(INFINITE); // the system ends the process when this returns; the program ends sooner, by itself
+    }
     return TRUE;
 }
 

@@ -7,9 +7,18 @@
 
 namespace host {
 
+namespace {
+
+/// The system's loader takes backslashes only.
+std::filesystem::path whole_path(const std::filesystem::path& file) {
+    return std::filesystem::absolute(file).make_preferred();
+}
+
+} // namespace
+
 shared_library::shared_library(const std::filesystem::path& file)
     // The library's own folder is searched first for what it needs.
-    : handle_(LoadLibraryExW(std::filesystem::absolute(file).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
+    : handle_(LoadLibraryExW(whole_path(file).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
     if (!handle_) {
         throw std::runtime_error(std::system_category().message(static_cast<int>(GetLastError())));
     }

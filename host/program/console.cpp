@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string>
 
 namespace host {
 
@@ -14,6 +15,14 @@ namespace {
 constexpr std::chrono::milliseconds drawing_interval(100);
 constexpr int bar_columns = 40;
 
+/// What a person typed, and what a system answers, may have line breaks and signs that a terminal obeys.
+std::string on_one_line(std::string_view message) {
+    std::string line(message);
+    const auto is_control = [](char letter) { return (letter >= 0 && letter < ' ') || letter == '\x7F'; };
+    std::replace_if(line.begin(), line.end(), is_control, '?');
+    return line;
+}
+
 } // namespace
 
 void print_notice(std::string_view line) {
@@ -21,7 +30,7 @@ void print_notice(std::string_view line) {
 }
 
 void print_error(std::string_view message) {
-    fmt::print(stderr, "kelvane-host: {}\n", message);
+    fmt::print(stderr, "kelvane-host: {}\n", on_one_line(message));
 }
 
 progress_bar::progress_bar() : visible_(is_error_stream_a_terminal()) {}

@@ -9,7 +9,7 @@ namespace host {
 /// A line that is not part of a command's result: a notice of the module, say.
 void print_notice(std::string_view line);
 
-/// "kelvane-host: " and the message.
+/// "kelvane-host: " and the message, on one line whatever characters it has.
 void print_error(std::string_view message);
 
 /// A bar on the terminal, redrawn in place some times a second. Shows nothing where standard error is no terminal, and

@@ -7,7 +7,6 @@
 #include "velmora/component_version.h"
 #include "velmora/file_name_check.h"
 #include "velmora/layout_effect_factory.h"
-#include "velmora/service_factory.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -57,7 +56,7 @@ std::string kind_of(const velmora::guid& class_id) {
         {velmora::component_version::class_id, "component version"},
         {velmora::file_name_check::class_id, "file name check"},
     }};
-    const auto* const found =
+    const auto found =
         std::find_if(kinds.begin(), kinds.end(), [&](const kind& known) { return known.class_id == class_id; });
     return found == kinds.end() ? to_text(class_id) : std::string(found->name);
 }
@@ -84,9 +83,7 @@ version_texts texts_of(velmora::component_version& version) {
 }
 
 void add_service(module_description& description, velmora::service_factory& record) {
-    velmora::service* answered = nullptr;
-    record.get_instance(&answered);
-    const service_ptr<velmora::service> service(answered);
+    const auto service = instance_of(record);
     service_line line{kind_of(*record.class_id), ""};
     if (const auto effect = query_as<velmora::effect_factory>(*service)) {
         text name;
@@ -104,10 +101,12 @@ void add_service(module_description& description, velmora::service_factory& reco
 
 module_description describe(const loaded_module& module) {
     module_description description;
-    description.api_version = module.interface().get_api_version();
-    for (velmora::service_factory* const record : module.services()) {
-        add_service(description, *record);
-    }
+    ask_module("the module's description", [&] {
+        description.api_version = module.entry().get_api_version();
+        for (velmora::service_factory* const record : module.services()) {
+            add_service(description, *record);
+        }
+    });
     return description;
 }
 
@@ -137,8 +136,8 @@ nlohmann::ordered_json as_json(const module_description& description) {
 }
 
 void run(const info_options& options) {
-    const module_session session(options.module_file, print_notice);
-    const module_description description = describe(session.module);
+    const open_module opened(options.module_file, print_notice);
+    const module_description description = describe(opened.module);
     if (options.as_json) {
         fmt::print("{}\n", as_json(description).dump(2));
     } else {

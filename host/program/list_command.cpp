@@ -47,8 +47,8 @@ nlohmann::ordered_json as_json(const effect_entry& effect) {
 }
 
 void run(const list_options& options) {
-    const module_session session(options.module_file, print_notice);
-    const auto& effects = session.catalogue.effects();
+    const open_module opened(options.module_file, print_notice);
+    const auto& effects = opened.catalogue.effects();
     if (!options.as_json) {
         print_table(effects);
         return;

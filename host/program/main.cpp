@@ -8,7 +8,10 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <iostream>
+#include <system_error>
 
 namespace {
 
@@ -18,6 +21,7 @@ int run(std::vector<std::string> arguments) {
     CLI::App program("Runs the effects of a Velmora module over audio files.", "kelvane-host");
     program.footer(footer);
     program.require_subcommand(1);
+    program.allow_windows_style_options(false); // "/music/a.wav" is a file on every platform
     host::add_list_command(program);
     host::add_info_command(program);
     host::add_process_command(program);
@@ -36,12 +40,21 @@ int run(std::vector<std::string> arguments) {
     }
 }
 
+/// A full disk behind standard output shows only when the last buffer goes there.
+void flush_output() {
+    if (std::fflush(stdout) != 0) {
+        throw std::system_error(errno, std::generic_category(), "standard output cannot be written");
+    }
+}
+
 } // namespace
 
 int main(int count, char** arguments) {
     try {
         host::prepare_console();
-        return run(host::program_arguments(count, arguments));
+        const int code = run(host::program_arguments(count, arguments));
+        flush_output();
+        return code;
     } catch (const host::interrupted&) {
         host::print_error("interrupted; nothing was written");
         return host::exit_interrupted;

@@ -24,7 +24,7 @@ void add_module_option(CLI::App& command, std::string& file) {
         ->type_name("FILE");
 }
 
-module_session::module_session(const std::string& file, api::console print)
+open_module::open_module(const std::string& file, api::console print)
     : host_api(std::move(print)), module(module_file(file), &host_api), catalogue(module) {}
 
 } // namespace host

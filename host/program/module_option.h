@@ -14,10 +14,10 @@ namespace host {
 /// Adds `--module FILE` to a command. `file` must live until the command has run.
 void add_module_option(CLI::App& command, std::string& file);
 
-/// A module with what the program needs around it. The order of the fields is that of their lives.
-struct module_session {
+/// An open module with what the program needs around it. The order of the fields is that of their lives.
+struct open_module {
     /// `file` empty stands for the module beside the program. Throws `module_error`.
-    module_session(const std::string& file, api::console print);
+    open_module(const std::string& file, api::console print);
 
     api host_api;
     loaded_module module;

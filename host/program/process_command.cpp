@@ -106,11 +106,11 @@ void print_summary(const album_job& job, const album_report& report, double elap
 void run(const CLI::App& command, const process_options& options) {
     const auto steps = steps_of(command, options);
     const album_job job = job_of(options);
-    abort_switch abort;
+    static abort_switch abort; // outlives the guard, as that asks
     const interrupt_guard guard(abort);
     progress_bar bar;
-    const module_session session(options.module_file, [&](std::string_view line) { bar.print_above(line); });
-    effect_chain chain = build_chain(session.catalogue, steps);
+    const open_module opened(options.module_file, [&](std::string_view line) { bar.print_above(line); });
+    effect_chain chain = build_chain(opened.catalogue, steps);
     const auto start = std::chrono::steady_clock::now();
     const album_report report =
         process_album(job, chain, abort, [&](double done_s, double total_s) { bar.show(done_s, total_s); });
@@ -133,10 +133,12 @@ void add_process_command(CLI::App& program) {
     command->add_option("-e,--effect", options->effects, "An effect of the chain: name, abbreviation or GUID")
         ->type_name("EFFECT")
         ->expected(1)
+        ->allow_extra_args(false)
         ->take_all();
     command->add_option("--preset", options->presets, "The payload of the effect before it, as hexadecimal bytes")
         ->type_name("HEX")
         ->expected(1)
+        ->allow_extra_args(false)
         ->take_all();
     command->add_option("--bits", options->encoding, "Samples of the output, whole numbers or floating point")
         ->check(CLI::IsMember(&encodings))

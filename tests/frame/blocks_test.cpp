@@ -64,6 +64,8 @@ TEST(Blocks, ValidWithinTheLimitsAndNotBeyond) {
         {44100, 2, 100, 199, false},
         {44100, 1, 268'435'455, most, true}, // one frame less than 2 GiB
         {44100, 1, 268'435'456, most, false},
+        {44100, 3, 89'478'485, most, true}, // 8 bytes less than 2 GiB
+        {44100, 3, 89'478'486, most, false},
         {44100, 32, 8'388'607, most, true},
         {44100, 32, 8'388'608, most, false},
         {44100, 2, most, most, false},

@@ -2,9 +2,11 @@
 
 #include "frame/exceptions.h"
 #include "frame/never_abort.h"
-#include "frame/plain_effect_factory.h"
+#include "host/objects/abort_switch.h"
+#include "quillet/quillet.h"
 #include "tests/support/strict_block.h"
 #include "tests/support/thrown_text.h"
+#include "velmora/effect_factory.h"
 
 #include <gtest/gtest.h>
 
@@ -44,9 +46,15 @@ public:
         return on_each_(*this, *block);
     }
     bool needs_track_change_mark() override { return wants_track_ends; }
-    void on_track_end(velmora::abort_signal*) override { calls.emplace_back("track end"); }
-    void on_playback_end(velmora::abort_signal*) override {
+    void on_track_end(velmora::abort_signal* abort) override {
+        calls.emplace_back("track end");
+        last_abort = abort;
+        throw_if_told();
+    }
+    void on_playback_end(velmora::abort_signal* abort) override {
         calls.emplace_back("playback end");
+        last_abort = abort;
+        throw_if_told();
         if (emits_at_the_end) {
             emit(7);
         }
@@ -60,9 +68,16 @@ public:
 
     void* track() const { return current_track(); }
 
+    void throw_if_told() const {
+        if (throws_at_the_end) {
+            throw mox::exception_overflow();
+        }
+    }
+
     std::vector<std::string> calls;
     bool wants_track_ends = false;
     bool emits_at_the_end = false;
+    bool throws_at_the_end = false;
     bool* destroyed = nullptr;
     velmora::abort_signal* last_abort = nullptr;
     void* last_track = nullptr;
@@ -181,6 +196,33 @@ TEST(EffectBase, RunGivesASignalThatNeverFires) {
     effect.run(&list, nullptr, 0);
     ASSERT_EQ(effect.last_abort, &never_abort_signal());
     EXPECT_FALSE(effect.last_abort->is_aborting());
+}
+
+TEST(EffectBase, TheHostsSignalReachesBlocksAndHooks) {
+    host::abort_switch signal;
+    for (const std::uint32_t flags : {0U, 1U, 2U}) {
+        recording_effect effect;
+        effect.wants_track_ends = true;
+        strict_list list = list_of({std::size_t{flags == 0 ? 1U : 0U}}); // no block: only the hook sees the signal
+        effect.run_abortable(&list, nullptr, flags, &signal);
+        EXPECT_EQ(effect.last_abort, &signal) << flags;
+    }
+}
+
+TEST(EffectBase, AnExceptionOfAHookPutsTheContextBack) {
+    for (const std::uint32_t flags : {1U, 2U}) {
+        recording_effect effect;
+        effect.wants_track_ends = true;
+        effect.throws_at_the_end = true;
+        strict_list list;
+        int track = 0;
+        EXPECT_EQ(thrown_text<std::exception>([&] { effect.run(&list, &track, flags); }), "Overflow");
+        EXPECT_EQ(effect.track(), nullptr);
+    }
+}
+
+TEST(NeverAbort, HandsOutTheEventThatIsNeverSignalled) {
+    EXPECT_EQ(never_abort_signal().get_abort_event(), GetInfiniteWaitEvent());
 }
 
 TEST(EffectBase, TheTrackIsKnownDuringTheRunOnly) {

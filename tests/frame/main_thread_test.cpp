@@ -1,11 +1,6 @@
 #include "frame/main_thread.h"
 
-#include "frame/bug_check.h"
-#include "frame/module_state.h"
-#include "frame/service_list.h"
-#include "frame/services.h"
-#include "velmora/component_version.h"
-#include "velmora/file_name_check.h"
+#include "frame/module.h"
 #include "velmora/host_api.h"
 
 #include <gtest/gtest.h>
@@ -23,56 +18,26 @@ private:
     bool is_main_;
 };
 
-/// What the dialogs of a module in this state would do first.
-void check_with(velmora::host_api* host, bool checks_threads) {
-    state().host = host;
-    state().checks_threads = checks_threads;
-    ensure_main_thread();
-    state() = module_state();
-}
-
 TEST(MainThread, WithoutChecksOrHostAnyThreadWillDo) {
     answering_host elsewhere(false);
-    check_with(&elsewhere, false);
-    check_with(nullptr, true);
-    EXPECT_FALSE(state().checks_threads); // got here, and the checks are off again
-}
-
-TEST(MainThread, TheMainThreadPasses) {
-    answering_host here(true);
-    check_with(&here, true);
-    EXPECT_EQ(state().host, nullptr);
+    enter_module(&elsewhere); // checks are off at first
+    EXPECT_NO_THROW(ensure_main_thread());
+    enter_module(nullptr)->enable_thread_checks(true);
+    EXPECT_NO_THROW(ensure_main_thread());
+    enter_module(&elsewhere)->enable_thread_checks(false);
+    EXPECT_NO_THROW(ensure_main_thread());
+    enter_module(nullptr);
 }
 
 TEST(MainThreadDeathTest, AnyOtherStopsTheProcess) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
+    answering_host here(true);
     answering_host elsewhere(false);
-    EXPECT_DEATH(check_with(&elsewhere, true), "^VELMORA_BugCheck: core_api::ensure_main_thread\r?\n");
-}
-
-/// A service that does not have the interface under which it is registered.
-class version_only final : public static_service<velmora::component_version> {
-    void get_file_name(velmora::string_receiver*) override {}
-    void get_component_name(velmora::string_receiver*) override {}
-    void get_version(velmora::string_receiver*) override {}
-    void get_about(velmora::string_receiver*) override {}
-};
-
-TEST(ServiceRecordDeathTest, AServiceWithoutItsInterfaceStopsTheProcess) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    static service_record<version_only, velmora::file_name_check> misplaced;
-    velmora::service* out = nullptr;
-    EXPECT_DEATH(misplaced.get_instance(&out), "VELMORA_BugCheck: forced cast failure");
-}
-
-TEST(ServiceRecord, LinksItselfAtTheHead) {
-    velmora::service_factory* const before = service_list::head();
-    static service_record<version_only, velmora::component_version> first;
-    static service_record<version_only, velmora::component_version> second;
-    EXPECT_EQ(service_list::head(), &second);
-    EXPECT_EQ(second.next, &first);
-    EXPECT_EQ(first.next, before);
-    EXPECT_EQ(*first.class_id, velmora::component_version::class_id);
+    enter_module(&here)->enable_thread_checks(true);
+    EXPECT_NO_THROW(ensure_main_thread());
+    enter_module(&elsewhere); // entering again replaces the host
+    EXPECT_DEATH(ensure_main_thread(), "VELMORA_BugCheck: core_api::ensure_main_thread\r?\n");
+    enter_module(nullptr)->enable_thread_checks(false);
 }
 
 } // namespace

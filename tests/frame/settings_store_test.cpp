@@ -90,6 +90,20 @@ TEST(SettingsStore, AVariableSeesItsOwnRecordOnlyAndMayLeaveSomeOfIt) {
     EXPECT_EQ(modest.value, "t");
 }
 
+TEST(SettingsStore, EveryCallOfTheStreamGetsTheSignal) {
+    text_variable first(1, "one");
+    settings_store store;
+    store.register_for_saving(first);
+    store.register_for_loading(first);
+    const std::set<velmora::abort_signal*> given{&never_abort_signal()};
+    memory_writer written;
+    store.save(written, &never_abort_signal());
+    EXPECT_EQ(written.signals, given);
+    memory_reader read(written.written + record(9, "unknown"));
+    store.load(read, &never_abort_signal());
+    EXPECT_EQ(read.signals, given);
+}
+
 TEST(SettingsStore, AStreamThatEndsWithinAnIdentityEndsQuietlyAndLaterOnItIsTruncated) {
     const std::string whole = record(9, "abc");
     for (std::size_t bytes = 0; bytes <= whole.size(); ++bytes) {

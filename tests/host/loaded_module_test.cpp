@@ -33,7 +33,7 @@ TEST(LoadedModule, ALibraryWithoutTheExportIsNoModule) {
 }
 
 TEST(LoadedModule, TheApiVersionIsThatOfTheInterface) {
-    EXPECT_EQ(testing_support::built_module().interface().get_api_version(), 81U);
+    EXPECT_EQ(testing_support::built_module().entry().get_api_version(), 81U);
 }
 
 } // namespace

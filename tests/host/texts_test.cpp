@@ -30,7 +30,8 @@ TEST(GuidText, AnythingElseIsNoGuid) {
     for (const auto* const written :
          {"", "{}", "{0D048731-8AA8-4704-8AD6-189E24D48C8}", "0D0487318AA847048AD6189E24D48C88",
           "{0D048731-8AA8-4704-8AD6-189E24D48C8G}", "0D04873-18AA8-4704-8AD6-189E24D48C88",
-          "0D048731-8AA8-4704-8AD6-189E24D48C 8", "+D048731-8AA8-4704-8AD6-189E24D48C88"}) {
+          "0D048731-8AA8-4704-8AD6-189E24D48C 8", "+D048731-8AA8-4704-8AD6-189E24D48C88",
+          "  048731-8AA8-4704-8AD6-189E24D48C88", "        -    -    -    -          01"}) {
         EXPECT_FALSE(parse_guid(written)) << written;
     }
 }

@@ -2,7 +2,10 @@
 // program's symbols are looked up first.
 #include "tests/module/allocation_counter.h"
 
+#include "frame/compiler.h"
+
 #include <atomic>
+#include <cerrno>
 #include <cstddef>
 
 extern "C" {
@@ -24,24 +27,33 @@ void count() noexcept {
 
 extern "C" {
 
-__attribute__((visibility("default"))) void* malloc(std::size_t bytes) {
+KELVANE_EXPORT void* malloc(std::size_t bytes) {
     count();
     return __libc_malloc(bytes);
 }
 
-__attribute__((visibility("default"))) void* calloc(std::size_t items, std::size_t bytes) {
+KELVANE_EXPORT void* calloc(std::size_t items, std::size_t bytes) {
     count();
     return __libc_calloc(items, bytes);
 }
 
-__attribute__((visibility("default"))) void* realloc(void* memory, std::size_t bytes) {
+KELVANE_EXPORT void* realloc(void* memory, std::size_t bytes) {
     count();
     return __libc_realloc(memory, bytes);
 }
 
-__attribute__((visibility("default"))) void* aligned_alloc(std::size_t alignment, std::size_t bytes) {
+KELVANE_EXPORT void* aligned_alloc(std::size_t alignment, std::size_t bytes) {
     count();
     return __libc_memalign(alignment, bytes);
+}
+
+KELVANE_EXPORT void* memalign(std::size_t alignment, std::size_t bytes) {
+    return aligned_alloc(alignment, bytes);
+}
+
+KELVANE_EXPORT int posix_memalign(void** memory, std::size_t alignment, std::size_t bytes) {
+    *memory = aligned_alloc(alignment, bytes);
+    return *memory == nullptr ? ENOMEM : 0;
 }
 
 } // extern "C"

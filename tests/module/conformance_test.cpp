@@ -145,6 +145,25 @@ TEST_P(Conformance, BlocksWithoutAudioAreTakenOut) {
     EXPECT_EQ(list.get_count(), 0U);
 }
 
+TEST_P(Conformance, ABlockWithoutFramesIsLeftAsItIsByTheEffectItself) {
+    for (const block_format& format : common_formats) {
+        for (const bool has_buffer : {true, false}) {
+            strict_block block(noise(random, 24, 0.4), format);
+            block.claim_frames(0);
+            if (!has_buffer) {
+                block.drop_buffer();
+            }
+            const auto instance = make();
+            if (instance->on_block(&block, nullptr)) {
+                EXPECT_EQ(block.get_sample_count(), 0U);
+            }
+            instance->flush();
+            const programme clean = noise_in({format}, 100, 0.4, random);
+            EXPECT_TRUE(are_equal(play(*instance, clean, {50, 1}, end_of_playback, random), play_anew(clean, {50, 1})));
+        }
+    }
+}
+
 TEST_P(Conformance, BlocksWithoutTheirSamplesPassUnread) {
     const std::vector<double> samples = noise(random, 240, 0.4);
     const auto instance = make();

@@ -17,7 +17,7 @@ using testing_support::thrown_text;
 std::string load(const std::string& bytes) {
     memory_reader stream(bytes);
     host::abort_switch abort;
-    return thrown_text<std::exception>([&] { built_module().interface().load_settings(&stream, &abort); });
+    return thrown_text<std::exception>([&] { built_module().entry().load_settings(&stream, &abort); });
 }
 
 std::string record(std::string size, const std::string& payload) {
@@ -29,7 +29,7 @@ using namespace std::string_literals;
 TEST(ModuleSettings, SavingWritesNothing) {
     memory_writer stream;
     host::abort_switch abort;
-    built_module().interface().save_settings(&stream, &abort);
+    built_module().entry().save_settings(&stream, &abort);
     EXPECT_EQ(stream.written, "");
 }
 
@@ -74,7 +74,7 @@ TEST(ModuleNames, TheFileNameIsComparedByteForByteBehindTheLastSeparator) {
         {"", false},
     };
     for (const row& line : table) {
-        built_module().interface().set_module_names(line.path, "name");
+        built_module().entry().set_module_names(line.path, "name");
         EXPECT_EQ(testing_support::find_service<velmora::file_name_check>()->is_file_name_expected(), line.expected)
             << line.path;
     }

@@ -2,7 +2,6 @@
 #include "host/objects/text.h"
 #include "tests/support/built_module.h"
 #include "velmora/component_version.h"
-#include "velmora/service_factory.h"
 
 #include <gtest/gtest.h>
 
@@ -39,9 +38,7 @@ const std::vector<service_row> expected_services{
 };
 
 service_row describe(velmora::service_factory& record) {
-    velmora::service* answered = nullptr;
-    record.get_instance(&answered);
-    const host::service_ptr<velmora::service> service(answered);
+    const auto service = host::instance_of(record);
     service_row row{host::to_text(*record.class_id), "", ""};
     if (const auto effect = host::query_as<velmora::effect_factory>(*service)) {
         velmora::guid identity{};
@@ -91,7 +88,7 @@ TEST(ComponentVersion, SaysWhatTheModuleIs) {
                             "By the two authors of Brellix.\n"
                             "Advanced Limiter: thanks to its author.\n"
                             "RetroArch resampler: the RetroArch team, 2010-2018.");
-    built_module().interface().set_module_names("a path", "the file name");
+    built_module().entry().set_module_names("a path", "the file name");
     version->get_file_name(&answer);
     EXPECT_EQ(answer.str(), "the file name");
 }

@@ -99,8 +99,12 @@ TEST(Soak, ThreeHoursKeepEveryFrameInFlatMemoryWithoutAnAllocation) {
         // The longest block comes once in the first minute: buffers grow to the largest need, and no further.
         const std::size_t frames = frames_in == 0 ? longest_block_frames : pick(random, 1, longest_block_frames);
         block.refill(audio.data(), frames);
+        const std::uint64_t allocations_until_now = allocations();
         for (const auto& effect : chain) {
             effect->run(&block, nullptr, 0);
+        }
+        if (frames_in == 0) { // only the module ran, and its buffers grew
+            ASSERT_GT(allocations(), allocations_until_now) << "the counter does not see the module";
         }
         frames_in += frames;
         frames_out += block.get_sample_count();

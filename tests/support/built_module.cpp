@@ -1,7 +1,5 @@
 #include "tests/support/built_module.h"
 
-#include "velmora/service_factory.h"
-
 #include <stdexcept>
 
 namespace testing_support {
@@ -38,9 +36,7 @@ host::service_ptr<velmora::effect_instance> make_effect(std::string_view display
 host::service_ptr<velmora::service> find_service(const velmora::guid& class_id) {
     for (velmora::service_factory* const record : built_module().services()) {
         if (*record->class_id == class_id) {
-            velmora::service* service = nullptr;
-            record->get_instance(&service);
-            return host::service_ptr<velmora::service>(service);
+            return host::instance_of(*record);
         }
     }
     return nullptr;

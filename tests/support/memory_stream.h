@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <set>
 #include <stdexcept>
 #include <string>
 
@@ -14,19 +15,23 @@ class memory_reader final : public velmora::settings_reader {
 public:
     explicit memory_reader(std::string bytes) : bytes_(std::move(bytes)) {}
 
-    std::size_t read(void* buffer, std::size_t bytes, velmora::abort_signal*) override {
+    std::size_t read(void* buffer, std::size_t bytes, velmora::abort_signal* abort) override {
+        signals.insert(abort);
         const std::size_t copied = std::min(bytes, bytes_.size() - position_);
         std::memcpy(buffer, bytes_.data() + position_, copied);
         position_ += copied;
         return copied;
     }
     void read_exact(void*, std::size_t, velmora::abort_signal*) override { throw std::logic_error("not expected"); }
-    std::uint64_t skip(std::uint64_t bytes, velmora::abort_signal*) override {
+    std::uint64_t skip(std::uint64_t bytes, velmora::abort_signal* abort) override {
+        signals.insert(abort);
         const std::uint64_t passed = std::min<std::uint64_t>(bytes, bytes_.size() - position_);
         position_ += passed;
         return passed;
     }
     std::uint64_t skip_exact(std::uint64_t, velmora::abort_signal*) override { throw std::logic_error("not expected"); }
+
+    std::set<velmora::abort_signal*> signals; ///< those that came with the calls
 
 private:
     std::string bytes_;
@@ -35,11 +40,13 @@ private:
 
 class memory_writer final : public velmora::settings_writer {
 public:
-    void write(const void* data, std::size_t bytes, velmora::abort_signal*) override {
+    void write(const void* data, std::size_t bytes, velmora::abort_signal* abort) override {
+        signals.insert(abort);
         written.append(static_cast<const char*>(data), bytes);
     }
 
     std::string written;
+    std::set<velmora::abort_signal*> signals; ///< those that came with the calls
 };
 
 } // namespace testing_support
