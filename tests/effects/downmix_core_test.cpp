@@ -15,9 +15,9 @@ namespace {
 using testing_support::bits_of;
 
 /// The single-precision value nearest to the root of one half, from its bits.
-const double sqrt_half = std::bit_cast<float>(0x3F3504F3U);
+const double sqrt_half = static_cast<double>(std::bit_cast<float>(0x3F3504F3U));
 /// Half of it; halving is exact.
-const double half_sqrt_half = std::bit_cast<float>(0x3EB504F3U);
+const double half_sqrt_half = static_cast<double>(std::bit_cast<float>(0x3EB504F3U));
 
 struct speaker_row {
     std::uint32_t bit;

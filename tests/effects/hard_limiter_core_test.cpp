@@ -30,7 +30,7 @@ TEST(SoftClip, PassesUpToHalfScaleBitForBit) {
 
 TEST(SoftClip, FollowsTheCurveBeyondHalfScale) {
     for (double x = 0.5; x < 12.0; x += 0.001) {
-        const auto expected = static_cast<double>(0.5L + 0.5L * slow_tanh(2.0L * x - 1.0L));
+        const auto expected = static_cast<double>(0.5L + 0.5L * slow_tanh(2.0L * static_cast<long double>(x) - 1.0L));
         EXPECT_NEAR(soft_clip(x), expected, 4e-16) << x;
         EXPECT_NEAR(soft_clip(-x), -expected, 4e-16) << x;
     }

@@ -16,7 +16,7 @@ using testing_support::strict_list;
 constexpr auto to_stereo = "Downmix channels to stereo";
 constexpr auto to_mono = "Downmix channels to mono";
 
-const double w = std::bit_cast<float>(0x3F3504F3U); // the single-precision root of one half
+const double w = static_cast<double>(std::bit_cast<float>(0x3F3504F3U)); // the single-precision root of one half
 
 void expect_mixed(const std::string& effect, const std::vector<double>& in, const block_format& format,
                   const std::vector<double>& out) {
