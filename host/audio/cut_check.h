@@ -1,0 +1,12 @@
+// Whether a file ends before its audio does.
+#pragma once
+
+#include "host/audio/binary_file.h"
+
+namespace host {
+
+/// Throws `audio_error` when an AIFF, W64, CAF, AU or big-endian WAV file is shorter than its header says, or an Ogg
+/// file lacks its end. Other files tell it, if at all, only to those who decode them.
+void check_is_not_cut(binary_file& file);
+
+} // namespace host

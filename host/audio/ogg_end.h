@@ -1,0 +1,12 @@
+// The end of an Ogg stream.
+#pragma once
+
+#include "host/audio/binary_file.h"
+
+namespace host {
+
+/// Whether the last page in the file is whole and is one that ends a stream. libsndfile takes a file without it for
+/// silence or for an endless one. What lies behind the page, as tags do, is passed over up to 64 KiB.
+bool has_ogg_end(binary_file& file);
+
+} // namespace host
