@@ -1,0 +1,62 @@
+"""The command line: help, and what is wrong with one."""
+
+import pytest
+from audio import noise, write
+
+EXIT_CODES = "Exit codes: 0 done; 1 the work could not be done; 2 wrong command line; 130 interrupted."
+OPTIONS = {
+    (): ["list", "info", "process"],
+    ("list",): ["--module", "--json"],
+    ("info",): ["--module", "--json"],
+    ("process",): ["IN", "--output", "--effect", "--preset", "--bits", "{16,24,32,f32,f64}", "--block", "--module"],
+}
+
+
+@pytest.mark.parametrize("command", OPTIONS, ids=lambda command: " ".join(command) or "program")
+@pytest.mark.parametrize("option", ["--help", "-h"])
+def test_help_tells_of_every_option_and_exit_code(host, command, option):
+    text = host.output_of(*command, option)
+    assert EXIT_CODES in text.splitlines()
+    assert [word for word in OPTIONS[command] if word not in text] == []
+
+
+PROCESS = ["process", "in.wav", "-o", "out.wav"]
+
+
+@pytest.mark.parametrize("arguments, reason", [
+    ([], "subcommand is required"),
+    (["play"], "subcommand is required"),
+    (["--frobnicate"], "subcommand is required"),
+    (["list", "--frobnicate"], "--frobnicate"),
+    (["list", "more"], "more"),
+    (["list", "info"], "info"),
+    (["list", "--module"], "--module"),
+    (["process"], "IN is required"),
+    (["process", "-o", "out.wav"], "IN is required"),
+    (["process", "in.wav"], "--output is required"),
+    ([*PROCESS, "-o", "out2.wav"], "--output"),
+    ([*PROCESS, "--json"], "--json"),
+    ([*PROCESS, "-e"], "--effect"),
+    ([*PROCESS, "--preset", "", "-e", "reverse"], "--preset: stands behind the -e"),
+    ([*PROCESS, "--preset", ""], "--preset: stands behind the -e"),
+    ([*PROCESS, "-e", "reverse", "--preset", "", "--preset", ""], "--preset: stands behind the -e"),
+    ([*PROCESS, "--bits", "8"], "--bits"),
+    ([*PROCESS, "--bits", ""], "--bits"),
+    ([*PROCESS, "--bits", "F64"], "--bits"),
+    ([*PROCESS, "--block", "0"], "--block"),
+    ([*PROCESS, "--block", "-1"], "--block"),
+    ([*PROCESS, "--block", "1048577"], "--block"),
+    ([*PROCESS, "--block", "1" + 30 * "0"], "--block"),
+    ([*PROCESS, "--block", "1.5"], "--block"),
+    ([*PROCESS, "--block", "many"], "--block"),
+    ([*PROCESS, "--block", ""], "--block"),
+])
+def test_a_wrong_command_line_does_nothing(host, arguments, reason):
+    write(host.folder / "in.wav", noise(10, 2))
+    (host.folder / "out.wav").write_bytes(b"of an earlier run")
+    host.assert_misused(*arguments, reason=reason)
+
+
+def test_the_largest_block_is_allowed(host):
+    write(host.folder / "in.wav", noise(10, 2))
+    host.process("in.wav", "--block", 1048576)
