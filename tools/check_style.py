@@ -1,0 +1,147 @@
+#!/usr/bin/env python3
+"""Checks what the compiler does not: how text files look, how headers begin, and which folder includes which."""
+
+import re
+import sys
+from pathlib import Path, PurePosixPath
+
+from project_files import project_files
+
+LINE_LIMIT_COLUMNS = 120
+CODE_SUFFIXES = {".h", ".cpp", ".py", ".sh", ".cmake", ".rc"}
+CODE_NAMES = {"CMakeLists.txt", "dev", "run"}
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
+STANDARD_HEADER = re.compile(r"^[a-z_0-9]+$")
+FREESTANDING_HEADERS = {"stddef.h", "stdint.h"}
+
+PROJECT_FOLDERS = {"velmora", "quillet", "frame", "effects", "host", "resources", "tests", "bench"}
+# What the products' folders may include; tests and benchmarks may include all.
+INCLUDABLE_FOLDERS = {
+    "velmora": {"velmora"},
+    "quillet": {"velmora", "quillet"},
+    "frame": {"velmora", "quillet", "frame"},
+    "effects": {"velmora", "quillet", "frame", "effects", "resources"},
+    "host": {"velmora", "quillet", "host"},
+}
+# What the settings of an effect may include of the frame: the host reads settings too, and has no frame.
+FRAME_FILES_OF_SETTINGS = ("frame/payload", "frame/exceptions.h", "frame/rate_exclusion")
+
+
+def is_effect_file(path, kind):
+    """Whether the path is that of an effect's KIND: effects/.../NAME_KIND.h or .cpp."""
+    return path.startswith("effects/") and PurePosixPath(path).stem.endswith(f"_{kind}")
+
+
+def is_code(path):
+    return PurePosixPath(path).suffix in CODE_SUFFIXES or PurePosixPath(path).name in CODE_NAMES
+
+
+def layout_faults(path, text):
+    """Yields line number and message for what is wrong with blanks, line ends and line lengths."""
+    for number, line in enumerate(text.split("\n"), start=1):
+        if "\t" in line:
+            yield number, "tab"
+        if line != line.rstrip():
+            yield number, "blanks or a carriage return at the end of the line"
+        if is_code(path) and len(line) > LINE_LIMIT_COLUMNS:
+            yield number, f"longer than {LINE_LIMIT_COLUMNS} columns ({len(line)})"
+    if text and not text.endswith("\n"):
+        yield text.count("\n") + 1, "no line end at the end of the file"
+
+
+def header_faults(path, text):
+    if not path.endswith(".h"):
+        return
+    lines = text.split("\n")
+    if not re.match(r"// \S", lines[0]):
+        yield 1, "a header opens with a comment on its purpose"
+    if "#pragma once" not in lines:
+        yield 1, "no '#pragma once'"
+
+
+def core_include_fault(target, quoted):
+    """An effect's core is pure computation."""
+    if quoted:
+        allowed = target == "velmora/channel_mask.h" or is_effect_file(target, "core")
+    else:
+        allowed = STANDARD_HEADER.match(target)
+    return None if allowed else f"an effect's core does not include {target}"
+
+
+def system_include_fault(path, target):
+    if target.split("/")[0] in PROJECT_FOLDERS:
+        return f"the project's own files are included in quotes: {target}"
+    if path.startswith("velmora/") and target not in FREESTANDING_HEADERS:
+        return f"velmora stands on <stddef.h> and <stdint.h> alone, not on {target}"
+    return None
+
+
+def project_include_fault(path, target):
+    folder = path.split("/")[0]
+    target_folder = target.split("/")[0]
+    if target_folder not in PROJECT_FOLDERS or ".." in target.split("/"):
+        return f"not included from the project's root: {target}"
+    if folder == "host" and is_effect_file(target, "settings"):
+        return None
+    if target_folder not in INCLUDABLE_FOLDERS.get(folder, PROJECT_FOLDERS):
+        return f"{folder} does not include {target}"
+    is_of_frame = target_folder == "frame"
+    if is_effect_file(path, "settings") and is_of_frame and not target.startswith(FRAME_FILES_OF_SETTINGS):
+        return f"an effect's settings do not include {target}"
+    return None
+
+
+def include_fault(path, target, quoted):
+    fault = project_include_fault(path, target) if quoted else system_include_fault(path, target)
+    if fault is None and is_effect_file(path, "core"):
+        fault = core_include_fault(target, quoted)
+    return fault
+
+
+def include_faults(path, text):
+    if not path.endswith((".h", ".cpp")):
+        return
+    for number, line in enumerate(text.split("\n"), start=1):
+        found = INCLUDE.match(line)
+        fault = include_fault(path, found[2], found[1] == '"') if found else None
+        if fault:
+            yield number, fault
+
+
+def faults_of(path, text):
+    """What is wrong with one text file, as lines to print."""
+    for rule in (layout_faults, header_faults, include_faults):
+        for number, message in rule(path, text):
+            yield f"{path}:{number}: {message}"
+
+
+def text_of(path):
+    """The file's text; nothing for a file of other data."""
+    content = path.read_bytes()
+    try:
+        return None if b"\0" in content else content.decode("utf-8")
+    except UnicodeDecodeError:
+        return None
+
+
+def check(root):
+    """What is wrong in the tree below the root, as lines to print."""
+    faults = []
+    for path in project_files(root):
+        text = text_of(Path(root) / path)
+        if text is not None:
+            faults += faults_of(path, text)
+    return faults
+
+
+def main():
+    faults = check(Path(__file__).parent.parent)
+    for fault in faults:
+        print(fault)
+    print(f"check_style: {len(faults)} faults")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,33 @@
+# shellcheck shell=bash
+# The variants of the build: one preset of CMakePresets.json each. Sourced by dev.
+
+needs_of_variant() {
+    case "$1" in
+        native | sanitize) echo build ;;
+        *) echo build "$1" ;;
+    esac
+}
+
+# The build keeps its own files up to date; only the presets are read here and nowhere else.
+configure_variant() {
+    [[ build/$1/build.ninja -nt CMakePresets.json ]] || cmake --preset "$1"
+}
+
+# build_variant VARIANT: without looking for what it needs.
+build_variant() {
+    configure_variant "$1" && cmake --build --preset "$1"
+}
+
+# The C++ files, each ended by a zero byte.
+cpp_files() {
+    tools/project_files.py --null .h .cpp
+}
+
+# Tells each line that is not in the format; what else clang-format has to say, if that is what is wrong.
+check_format() {
+    local output lines
+    output=$(cpp_files | xargs -0 clang-format --dry-run --Werror 2>&1) && return
+    lines=$(sed -n 's/^\([^:]*:[0-9]*\):.*code should be clang-formatted.*/\1: not in the format/p' <<<"$output" | uniq)
+    echo "${lines:-$output}"
+    return 1
+}

@@ -1,0 +1,19 @@
+#!/bin/bash
+# with_wine.sh COMMAND...: runs the command with a fresh Wine server for WINEPREFIX, on the X server of the caller.
+set -euo pipefail
+
+# A server that is still there from an earlier call would go on with that call's X server, or with none.
+end_server() {
+    wineserver -k || true # fails when there is none
+    wineserver -w
+}
+
+mkdir -p "$WINEPREFIX"
+end_server
+trap end_server EXIT
+
+# The first start fills the prefix, which takes longer than some tests have. It asks for nothing: no browser engine, no
+# run-time system of another language, no entries in the desktop's menus.
+WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe=" wine wineboot --init
+
+"$@"
