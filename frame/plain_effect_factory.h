@@ -1,28 +1,15 @@
 // The factory of every effect without settings.
 #pragma once
 
-#include "frame/exceptions.h"
+#include "frame/instances.h"
 #include "frame/preset.h"
 #include "frame/services.h"
 #include "velmora/effect_factory.h"
-#include "velmora/effect_instance.h"
 #include "velmora/string_receiver.h"
 
-#include <new>
 #include <string_view>
 
 namespace kelvane {
-
-/// A new instance with one reference. Throws `bad_allocation`.
-template <class Effect>
-service_ptr<velmora::effect_instance> make_instance() {
-    auto* const instance = new (std::nothrow) Effect;
-    if (instance == nullptr) {
-        throw bad_allocation();
-    }
-    instance->add_ref();
-    return service_ptr<velmora::effect_instance>(instance);
-}
 
 /// `Effect` has a default constructor and the constants `identity` (GUID) and `display_name`. Its presets have an empty
 /// payload; one with any byte in it is refused, not ignored.

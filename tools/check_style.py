@@ -25,7 +25,7 @@ INCLUDABLE_FOLDERS = {
     "host": {"velmora", "quillet", "host"},
 }
 # What the settings of an effect may include of the frame: the host reads settings too, and has no frame.
-FRAME_FILES_OF_SETTINGS = ("frame/payload", "frame/exceptions.h", "frame/rate_exclusion")
+FRAME_FILES_OF_SETTINGS = ("frame/payload", "frame/exceptions.h", "frame/rate_exclusion", "frame/settings_words")
 
 
 def is_effect_file(path, kind):

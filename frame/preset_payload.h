@@ -1,0 +1,37 @@
+// The way from a preset to an effect's settings and back.
+#pragma once
+
+#include "frame/exceptions.h"
+#include "frame/preset.h"
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+namespace kelvane {
+
+/// The preset's bytes; valid until its next change.
+inline std::span<const std::byte> payload_of(const velmora::effect_preset& preset) {
+    return {static_cast<const std::byte*>(preset.get_data()), preset.get_data_size()};
+}
+
+/// The settings with which a dialog opens: those of the preset, and the defaults for a preset of another effect or one
+/// that cannot be read.
+template <class Settings>
+Settings settings_or_defaults(const velmora::effect_preset& preset) {
+    try {
+        return owner_of(preset) == Settings::identity ? Settings::read(payload_of(preset)) : Settings{};
+    } catch (const velmora_io::exception_io_data&) {
+        return {};
+    }
+}
+
+/// Gives the preset the effect's owner and settings, the payload first, so that a failed allocation changes nothing.
+template <class Settings>
+void write_settings(velmora::effect_preset& preset, const Settings& settings) {
+    const std::vector<std::byte> payload = settings.write();
+    preset.set_data(payload.data(), payload.size());
+    preset.set_owner(&Settings::identity);
+}
+
+} // namespace kelvane

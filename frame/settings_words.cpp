@@ -1,0 +1,16 @@
+#include "frame/settings_words.h"
+
+#include <charconv>
+
+namespace kelvane {
+
+std::optional<std::int64_t> parse_number(std::string_view text) {
+    std::int64_t number = 0;
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (text.empty() || error != std::errc() || stop != text.data() + text.size()) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+} // namespace kelvane
