@@ -5,10 +5,13 @@
 #include "effects/channels/move_stereo_to_rear.h"
 #include "effects/channels/reverse_stereo.h"
 #include "effects/channels/stereo_to_quad.h"
+#include "effects/crossfeed/crossfeed_dialog.h"
+#include "effects/crossfeed/crossfeed_effect.h"
 #include "effects/limiters/hard_limiter.h"
 #include "frame/component_version.h"
 #include "frame/plain_effect_factory.h"
 #include "frame/service_list.h"
+#include "frame/settings_effect_factory.h"
 
 namespace kelvane {
 
@@ -17,6 +20,10 @@ namespace {
 template <class Effect>
 using plain_effect = service_record<plain_effect_factory<Effect>, velmora::effect_factory>;
 
+template <class Effect, auto show_dialog>
+using effect_with_dialog = service_record<settings_effect_factory<Effect, show_dialog>, velmora::effect_factory>;
+
+effect_with_dialog<crossfeed_filter, show_crossfeed_dialog> crossfeed_record;
 plain_effect<downmix_to_stereo> downmix_to_stereo_record;
 plain_effect<downmix_to_mono> downmix_to_mono_record;
 plain_effect<mono_to_stereo> mono_to_stereo_record;

@@ -48,6 +48,7 @@ TEST(FactorySlots, EffectsAreFoundByIdentityAndName) {
         {"{7AAB4CE8-414A-427E-8228-78CD4A47388F}", "Convert stereo to 4 channels"},
         {"{E24420A0-5DC6-4EE1-8AE2-02452E8D8DFB}", "Move stereo to rear channels"},
         {"{CB592C20-2E33-4972-925F-3FBB6BDBA9BF}", "Hard -6dB limiter"},
+        {"{D487D723-FD8C-4106-9023-5620AEA0A885}", "Meier Crossfeed"},
     };
     for (const auto& [identity, name] : effects) {
         EXPECT_EQ(name_of(factory_of(identity)), name) << identity;
@@ -115,6 +116,21 @@ TEST(FactorySlots, AnEffectWithoutADialogDoesNotEdit) {
     }
     EXPECT_GE(seen, 7U);
 }
+
+#ifndef _WIN32
+TEST(FactorySlots, AnEffectWithADialogSaysWhereThereAreNone) {
+    void* const factory = factory_of("{D487D723-FD8C-4106-9023-5620AEA0A885}");
+    EXPECT_TRUE(call<bool>(factory, factory_slot::has_settings_dialog));
+    hand_made_preset preset = default_preset_of(factory);
+    std::string said;
+    try {
+        edit_settings(factory, preset);
+    } catch (const std::exception& failure) {
+        said = failure.what();
+    }
+    EXPECT_EQ(said, "Feature not implemented");
+}
+#endif
 
 } // namespace
 } // namespace abi_test

@@ -31,8 +31,9 @@ struct by_design {
     bool remembers = false;         ///< one sample reaches the output of others
 };
 
-/// No effect differs so far: none has settings, none holds audio back, and each sample is done with at once.
-const std::map<std::string, by_design> designs{};
+const std::map<std::string, by_design> designs{
+    {"Meier Crossfeed", {.has_payload = true, .remembers = true}}, // a recursive filter
+};
 
 by_design design_of(const std::string& effect) {
     const auto found = designs.find(effect);
@@ -89,13 +90,36 @@ TEST_P(Conformance, APresetOfAnotherOwnerMakesNothing) {
 TEST_P(Conformance, APayloadOfAnySizeIsRefusedOrServes) {
     for (const std::size_t bytes : {1U, 2U, 3U, 4U, 5U, 7U, 8U, 9U, 11U, 12U, 16U, 64U, 65536U}) {
         host::preset malformed = effect().default_preset;
-        const std::vector<std::uint8_t> payload(bytes, static_cast<std::uint8_t>(pick(random, 0, 255)));
+        std::vector<std::uint8_t> payload(bytes); // its end is the allocation's: reading past it is found out
+        std::generate(payload.begin(), payload.end(), [&] { return static_cast<std::uint8_t>(pick(random, 0, 255)); });
         malformed.set_data(payload.data(), payload.size());
         velmora::effect_instance* out = nullptr;
         const bool is_made = effect().factory->instantiate(&out, &malformed);
         const host::service_ptr<velmora::effect_instance> instance(out);
         EXPECT_EQ(is_made, instance != nullptr) << bytes;
         EXPECT_TRUE(design().has_payload || !is_made) << bytes;
+        if (instance) {
+            play(*instance, noise_in(common_formats, 500, 0.4, random), {100, 2}, end_of_playback, random);
+        }
+    }
+}
+
+TEST_P(Conformance, NoPayloadOfRandomBytesDoesHarm) {
+    constexpr std::size_t longest_bytes = 65536;
+    const programme played = noise_in({{44100, 2, 0x3}}, 100, 0.4, random);
+    for (int round = 0; round < 300; ++round) {
+        const std::size_t longest = round % 3 == 0 ? longest_bytes : 40; // most fields stand at the front
+        std::vector<std::uint8_t> payload(pick(random, 0, longest));
+        std::generate(payload.begin(), payload.end(), [&] { return static_cast<std::uint8_t>(random()); });
+        host::preset fuzzed = effect().default_preset;
+        fuzzed.set_data(payload.data(), payload.size());
+        velmora::effect_instance* out = nullptr;
+        const std::string said = thrown_text<std::exception>([&] { effect().factory->instantiate(&out, &fuzzed); });
+        const host::service_ptr<velmora::effect_instance> instance(out);
+        EXPECT_EQ(said, "nothing thrown") << payload.size();
+        if (instance) {
+            play(*instance, played, {100, 1}, end_of_playback, random);
+        }
     }
 }
 
@@ -134,6 +158,16 @@ TEST_P(Conformance, WithoutADialogThereIsNothingToEdit) {
         EXPECT_FALSE(effect().factory->edit_settings(&edited, nullptr));
     }
 }
+
+#ifndef _WIN32
+TEST_P(Conformance, WhereThereAreNoDialogsEditingSaysSo) {
+    if (effect().has_dialog) {
+        host::preset edited = effect().default_preset;
+        EXPECT_EQ(thrown_text<std::exception>([&] { effect().factory->edit_settings(&edited, nullptr); }),
+                  "Feature not implemented");
+    }
+}
+#endif
 
 TEST_P(Conformance, BlocksWithoutAudioAreTakenOut) {
     const std::vector<double> samples = noise(random, 20, 0.4);

@@ -1,0 +1,30 @@
+// The settings dialog of "Meier Crossfeed": a trackbar for the strength, heard at once.
+#pragma once
+
+#include "effects/crossfeed/crossfeed_settings.h"
+
+#include <cstdint>
+
+namespace velmora {
+class effect_preset;
+class preset_change_callback;
+} // namespace velmora
+
+namespace kelvane {
+
+/// The trackbar's positions.
+inline constexpr int lowest_crossfeed_position = 1;
+inline constexpr int highest_crossfeed_position = 100;
+
+/// Where the trackbar stands for a stored strength.
+int crossfeed_position(std::int32_t strength);
+
+/// What a position of the trackbar stands for.
+crossfeed_settings crossfeed_settings_at(int position);
+
+/// Runs the dialog. Every move of the trackbar is reported; any end but OK reports the opening preset again. Throws
+/// `exception_not_implemented` where there are no dialogs.
+void show_crossfeed_dialog(const velmora::effect_preset& opening, void* parent_window,
+                           velmora::preset_change_callback& callback);
+
+} // namespace kelvane

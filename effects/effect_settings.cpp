@@ -1,0 +1,22 @@
+#include "effects/effect_settings.h"
+
+#include "effects/crossfeed/crossfeed_words.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+namespace kelvane {
+
+const settings_words* find_settings_words(const velmora::guid& effect) {
+    static const auto all = [] {
+        std::vector<std::unique_ptr<settings_words>> made;
+        made.push_back(crossfeed_words());
+        return made;
+    }();
+    const auto found =
+        std::find_if(all.begin(), all.end(), [&](const auto& words) { return words->effect() == effect; });
+    return found == all.end() ? nullptr : found->get();
+}
+
+} // namespace kelvane

@@ -1,0 +1,106 @@
+#include "tests/dialogs/person.h"
+
+#include <commctrl.h>
+
+#include <chrono>
+
+namespace testing_support {
+
+namespace {
+
+constexpr std::chrono::milliseconds poll_interval(10);
+constexpr std::chrono::seconds patience(20);
+
+BOOL CALLBACK take_visible_dialog(HWND window, LPARAM found) {
+    wchar_t class_name[16] = {};
+    GetClassNameW(window, class_name, 16);
+    if (std::wstring(class_name) != L"#32770" || IsWindowVisible(window) == FALSE) {
+        return TRUE;
+    }
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+}
+
+HWND wait_for_dialog(DWORD thread) {
+    HWND found = nullptr;
+    const auto give_up = std::chrono::steady_clock::now() + patience;
+    while (found == nullptr && std::chrono::steady_clock::now() < give_up) {
+        EnumThreadWindows(thread, take_visible_dialog, reinterpret_cast<LPARAM>(&found));
+        std::this_thread::sleep_for(poll_interval);
+    }
+    return found;
+}
+
+LPARAM position_of(POINT at) {
+    return MAKELPARAM(at.x, at.y);
+}
+
+POINT middle_of(const RECT& area) {
+    return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+}
+
+} // namespace
+
+person::person(std::function<void(HWND)> acts)
+    : thread_([acts = std::move(acts), dialog_thread = GetCurrentThreadId()] {
+          const HWND dialog = wait_for_dialog(dialog_thread);
+          if (dialog == nullptr) {
+              return;
+          }
+          acts(dialog);
+          // A dialog that is still open now was not closed by what the test did; the result tells.
+          const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+          while (IsWindow(dialog) != FALSE && std::chrono::steady_clock::now() < give_up) {
+              std::this_thread::sleep_for(poll_interval);
+          }
+          if (IsWindow(dialog) != FALSE) {
+              EndDialog(dialog, -1);
+              PostMessageW(dialog, WM_NULL, 0, 0);
+          }
+      }) {}
+
+person::~person() {
+    thread_.join();
+}
+
+void press_key(HWND control, int key) {
+    PostMessageW(control, WM_KEYDOWN, static_cast<WPARAM>(key), 1);
+    PostMessageW(control, WM_KEYUP, static_cast<WPARAM>(key), static_cast<LPARAM>(0xC0000001U));
+}
+
+void click(HWND control, POINT at) {
+    PostMessageW(control, WM_LBUTTONDOWN, MK_LBUTTON, position_of(at));
+    PostMessageW(control, WM_LBUTTONUP, 0, position_of(at));
+}
+
+void drag_thumb(HWND trackbar, bool to_end) {
+    RECT thumb{};
+    SendMessageW(trackbar, TBM_GETTHUMBRECT, 0, reinterpret_cast<LPARAM>(&thumb));
+    RECT bar{};
+    GetClientRect(trackbar, &bar);
+    const POINT from = middle_of(thumb);
+    const POINT to{to_end ? bar.right - 1 : bar.left, from.y};
+    PostMessageW(trackbar, WM_LBUTTONDOWN, MK_LBUTTON, position_of(from));
+    PostMessageW(trackbar, WM_MOUSEMOVE, MK_LBUTTON, position_of(middle_of(bar)));
+    PostMessageW(trackbar, WM_MOUSEMOVE, MK_LBUTTON, position_of(to));
+    PostMessageW(trackbar, WM_LBUTTONUP, 0, position_of(to));
+}
+
+bool wait_until(const std::function<bool()>& is_so) {
+    const auto give_up = std::chrono::steady_clock::now() + patience;
+    while (!is_so()) {
+        if (std::chrono::steady_clock::now() > give_up) {
+            return false;
+        }
+        std::this_thread::sleep_for(poll_interval);
+    }
+    return true;
+}
+
+std::wstring text_of(HWND window) {
+    wchar_t text[256] = {};
+    SendMessageW(window, WM_GETTEXT, 256, reinterpret_cast<LPARAM>(text));
+    return text;
+}
+
+} // namespace testing_support

@@ -1,0 +1,133 @@
+#include "tests/module/run_effect.h"
+#include "tests/support/built_module.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+namespace {
+
+using namespace testing_support;
+
+constexpr auto crossfeed = "Meier Crossfeed";
+constexpr auto end_of_playback = velmora::run_flag::end_of_playback;
+
+/// An instance from the payload of these bytes.
+host::service_ptr<velmora::effect_instance> make_with(const std::vector<std::uint8_t>& payload) {
+    const host::effect_entry& effect = built_effects().find(crossfeed);
+    host::preset settings = effect.default_preset;
+    settings.set_data(payload.data(), payload.size());
+    return host::instantiate(effect, settings);
+}
+
+programme play_whole(velmora::effect_instance& effect, const programme& played) {
+    random_source random(1);
+    return play(effect, played, {100'000, 1}, end_of_playback, random);
+}
+
+/// What one side's impulse gives two frames later: the strength over the rate, taken from the side.
+double impulse_answer(velmora::effect_instance& effect, std::uint32_t rate_hz) {
+    programme impulse{{{rate_hz, 2, 0x3}, std::vector<double>(8)}};
+    impulse[0].samples[0] = 1.0;
+    return -play_whole(effect, impulse)[0].samples[4];
+}
+
+TEST(Crossfeed, TheDefaultStrengthIs1000) {
+    const host::effect_entry& effect = built_effects().find(crossfeed);
+    const std::vector<std::byte> expected{std::byte{0xE8}, std::byte{3}, std::byte{0}, std::byte{0}};
+    EXPECT_EQ(effect.default_preset.payload(), expected);
+    EXPECT_TRUE(effect.has_dialog);
+    EXPECT_NEAR(impulse_answer(*make_effect(crossfeed), 44100), 1000.0 / 44100.0, 1e-15);
+}
+
+TEST(Crossfeed, AShortPayloadGivesTheDefaultAndALongOneItsFirstFourBytes) {
+    struct row {
+        std::vector<std::uint8_t> payload;
+        double strength;
+    };
+    const row table[] = {
+        {{}, 1000.0},
+        {{150, 0}, 1000.0},
+        {{150, 0, 0}, 1000.0},
+        {{150, 0, 0, 0}, 150.0}, // no step of the dialog, and taken as it is
+        {{150, 0, 0, 0, 99, 99}, 150.0},
+        {{0, 0, 0, 0}, 0.0},
+        {{0x0C, 0xFE, 0xFF, 0xFF}, -500.0},
+        {{0x20, 0x4E, 0, 0}, 20000.0},
+    };
+    for (const row& line : table) {
+        EXPECT_NEAR(impulse_answer(*make_with(line.payload), 44100), line.strength / 44100.0, 1e-15) << line.strength;
+    }
+}
+
+TEST(Crossfeed, OtherChannelCountsPassBitForBitAndClearTheFilter) {
+    random_source random(1);
+    const auto effect = make_effect(crossfeed);
+    for (const block_format& format : {block_format{44100, 1, 0x4}, block_format{44100, 6, 0x3F}}) {
+        play_whole(*effect, noise_in({{44100, 2, 0x3}}, 500, 0.9, random));
+        const programme other = noise_in({format}, 500, 0.9, random);
+        EXPECT_TRUE(are_equal(play_whole(*effect, other), other)) << format.channels;
+        const programme stereo = noise_in({{44100, 2, 0x3}}, 500, 0.9, random);
+        EXPECT_TRUE(are_equal(play_whole(*effect, stereo), play_whole(*make_effect(crossfeed), stereo)));
+    }
+}
+
+TEST(Crossfeed, AnyTwoChannelMaskIsFiltered) {
+    random_source random(1);
+    for (const std::uint32_t mask : {0x3U, 0x30U, 0x600U, 0x0U}) {
+        const programme played = noise_in({{44100, 2, mask}}, 500, 0.9, random);
+        EXPECT_FALSE(are_equal(play_whole(*make_effect(crossfeed), played), played)) << mask;
+    }
+}
+
+TEST(Crossfeed, IdenticalChannelsStayIdenticalAtAnyCutting) {
+    random_source random(1);
+    programme mono = noise_in({{44100, 2, 0x3}}, 3000, 0.9, random);
+    for (std::size_t i = 0; i < mono[0].samples.size(); i += 2) {
+        mono[0].samples[i + 1] = mono[0].samples[i];
+    }
+    EXPECT_TRUE(are_equal(play(*make_effect(crossfeed), mono, {37, 3}, end_of_playback, random), mono));
+}
+
+TEST(Crossfeed, ANewRateStartsTheFilterAnew) {
+    random_source random(1);
+    const auto effect = make_effect(crossfeed);
+    const programme first = noise_in({{44100, 2, 0x3}}, 700, 0.9, random);
+    const programme second = noise_in({{48000, 2, 0x3}}, 700, 0.9, random);
+    programme both = first;
+    both.push_back(second[0]);
+    programme apart = play_whole(*make_effect(crossfeed), first);
+    apart.push_back(play_whole(*make_effect(crossfeed), second)[0]);
+    EXPECT_TRUE(are_equal(play_whole(*effect, both), apart));
+}
+
+TEST(Crossfeed, TheFilterRunsAcrossBlocksAndTracks) {
+    random_source random(1);
+    const programme whole = noise_in({{44100, 2, 0x3}}, 2000, 0.9, random);
+    const auto effect = make_effect(crossfeed);
+    programme first = whole;
+    first[0].samples.resize(1000);
+    programme second = whole;
+    second[0].samples.erase(second[0].samples.begin(), second[0].samples.begin() + 1000);
+    programme out = play(*effect, first, {100, 1}, velmora::run_flag::end_of_track, random);
+    const programme rest = play(*effect, second, {100, 1}, end_of_playback, random);
+    out[0].samples.insert(out[0].samples.end(), rest[0].samples.begin(), rest[0].samples.end());
+    EXPECT_TRUE(are_equal(out, play_whole(*make_effect(crossfeed), whole)));
+}
+
+TEST(Crossfeed, ASampleThatIsNotANumberSticksUntilAFlush) {
+    random_source random(1);
+    const auto effect = make_effect(crossfeed);
+    programme spoilt = noise_in({{44100, 2, 0x3}}, 100, 0.9, random);
+    spoilt[0].samples[20] = std::nan("");
+    EXPECT_TRUE(std::isnan(play_whole(*effect, spoilt)[0].samples.back()));
+    effect->flush();
+    const programme clean = noise_in({{44100, 2, 0x3}}, 100, 0.9, random);
+    EXPECT_TRUE(are_equal(play_whole(*effect, clean), play_whole(*make_effect(crossfeed), clean)));
+}
+
+} // namespace
