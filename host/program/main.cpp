@@ -24,6 +24,9 @@ int run(std::vector<std::string> arguments) {
     program.allow_windows_style_options(false); // "/music/a.wav" is a file on every platform
     host::add_list_command(program);
     host::add_info_command(program);
+    host::add_settings_command(program);
+    host::add_preset_command(program);
+    host::add_configure_command(program);
     host::add_process_command(program);
     for (CLI::App* const command : program.get_subcommands({})) {
         command->footer(footer);

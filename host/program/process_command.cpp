@@ -7,6 +7,8 @@
 #include "host/program/commands.h"
 #include "host/program/console.h"
 #include "host/program/module_option.h"
+#include "host/settings/step_text.h"
+#include "host/settings/worded_settings.h"
 
 #include <fmt/format.h>
 
@@ -21,8 +23,8 @@ namespace {
 constexpr std::size_t max_block_frames = 1U << 20U;
 
 /// One `-e`, with the `--preset` behind it.
-struct step_text {
-    std::string effect;
+struct chain_step {
+    step_text text;
     std::optional<std::string> preset_hex;
 };
 
@@ -43,12 +45,12 @@ const std::map<std::string, sample_encoding> encodings{{"16", sample_encoding::p
                                                        {"f64", sample_encoding::float64}};
 
 /// Brings the effects and presets together in the order in which they stand on the command line.
-std::vector<step_text> steps_of(const CLI::App& command, const process_options& options) {
-    std::vector<step_text> steps;
+std::vector<chain_step> steps_of(const CLI::App& command, const process_options& options) {
+    std::vector<chain_step> steps;
     std::size_t next_preset = 0;
     for (const CLI::Option* const parsed : command.parse_order()) {
         if (parsed->check_name("--effect")) {
-            steps.push_back({options.effects.at(steps.size()), std::nullopt});
+            steps.push_back({split_step(options.effects.at(steps.size())), std::nullopt});
         } else if (parsed->check_name("--preset")) {
             if (steps.empty() || steps.back().preset_hex) {
                 throw CLI::ValidationError("--preset", "stands behind the -e whose payload it gives");
@@ -59,7 +61,7 @@ std::vector<step_text> steps_of(const CLI::App& command, const process_options& 
     return steps;
 }
 
-preset settings_of(const effect_entry& effect, const step_text& step) {
+preset settings_of(const effect_entry& effect, const chain_step& step) {
     preset settings = effect.default_preset;
     if (step.preset_hex) {
         const auto payload = parse_hex(*step.preset_hex);
@@ -68,13 +70,16 @@ preset settings_of(const effect_entry& effect, const step_text& step) {
         }
         settings.set_data(payload->data(), payload->size());
     }
+    if (!step.text.settings.empty()) {
+        change_settings(settings, step.text.settings);
+    }
     return settings;
 }
 
-effect_chain build_chain(const effect_catalogue& catalogue, const std::vector<step_text>& steps) {
+effect_chain build_chain(const effect_catalogue& catalogue, const std::vector<chain_step>& steps) {
     effect_chain chain;
-    for (const step_text& step : steps) {
-        const effect_entry& effect = catalogue.find(step.effect);
+    for (const chain_step& step : steps) {
+        const effect_entry& effect = catalogue.find(step.text.effect);
         chain.append(effect.name, instantiate(effect, settings_of(effect, step)));
     }
     return chain;
@@ -130,7 +135,9 @@ void add_process_command(CLI::App& program) {
     command->add_option("-o,--output", options->output, "Where the result goes; the extension picks the container")
         ->required()
         ->type_name("FILE");
-    command->add_option("-e,--effect", options->effects, "An effect of the chain: name, abbreviation or GUID")
+    command
+        ->add_option("-e,--effect", options->effects,
+                     "An effect: name, abbreviation or GUID; settings behind it as EFFECT:field=value,...")
         ->type_name("EFFECT")
         ->expected(1)
         ->allow_extra_args(false)

@@ -19,6 +19,7 @@ EFFECTS = [
     Effect("Convert mono to stereo", "{F661D118-5627-40AD-AB31-CCCF71A4819D}"),
     Effect("Downmix channels to mono", "{EFC441DD-C7B4-4F34-974A-D3058F3A1BDE}"),
     Effect("Downmix channels to stereo", "{866233BB-C466-43E6-AFC4-8B7BE563D912}"),
+    Effect("Meier Crossfeed", "{D487D723-FD8C-4106-9023-5620AEA0A885}", has_dialog=True, payload="E8030000"),
 ]
 
 # Kind and name.
@@ -32,4 +33,5 @@ SERVICES = [
     ("effect", "Convert mono to stereo"),
     ("effect", "Downmix channels to mono"),
     ("effect", "Downmix channels to stereo"),
+    ("effect", "Meier Crossfeed"),
 ]

@@ -1,0 +1,43 @@
+#include "host/settings/preset_file.h"
+
+#include "host/module/guid_text.h"
+#include "host/module/hex_text.h"
+#include "host/platform/path_text.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <fstream>
+
+namespace host {
+
+preset read_preset_file(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) {
+        throw preset_file_error(fmt::format("{}: cannot be read", to_utf8(file)));
+    }
+    const auto json = nlohmann::json::parse(stream, nullptr, false);
+    const bool has_texts = json.is_object() && json.value("owner", nlohmann::json()).is_string() &&
+                           json.value("payload", nlohmann::json()).is_string();
+    const auto owner = has_texts ? parse_guid(json["owner"].get<std::string>()) : std::nullopt;
+    const auto payload = has_texts ? parse_hex(json["payload"].get<std::string>()) : std::nullopt;
+    if (!owner || !payload) {
+        throw preset_file_error(fmt::format("{}: is no preset file", to_utf8(file)));
+    }
+    preset read;
+    read.set_owner(&*owner);
+    read.set_data(payload->data(), payload->size());
+    return read;
+}
+
+void write_preset_file(const std::filesystem::path& file, const preset& written) {
+    const nlohmann::ordered_json json{{"owner", to_text(written.owner())}, {"payload", to_hex(written.payload())}};
+    std::ofstream stream(file, std::ios::binary);
+    stream << json.dump(2) << '\n';
+    stream.close();
+    if (!stream) {
+        throw preset_file_error(fmt::format("{}: cannot be written", to_utf8(file)));
+    }
+}
+
+} // namespace host

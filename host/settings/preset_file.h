@@ -1,0 +1,23 @@
+// Presets in files.
+#pragma once
+
+#include "host/objects/preset.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace host {
+
+/// The file cannot be read or written, or holds no preset; the message names it.
+class preset_file_error : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// A preset file is JSON: {"owner": GUID text, "payload": hexadecimal bytes}. Throws `preset_file_error`.
+preset read_preset_file(const std::filesystem::path& file);
+
+/// Replaces the file. Throws `preset_file_error`.
+void write_preset_file(const std::filesystem::path& file, const preset& written);
+
+} // namespace host

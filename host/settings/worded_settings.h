@@ -1,0 +1,36 @@
+// Changing a preset by words.
+#pragma once
+
+#include "host/objects/preset.h"
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace host {
+
+/// The text is no list of settings, or the effect does not take it; the message says why.
+class settings_error : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// One field of an effect's settings with the value that a preset gives it.
+struct worded_field {
+    std::string name;
+    std::string unit;
+    std::string range;
+    std::string meaning;
+    std::string default_value;
+    std::string value;
+};
+
+/// The settings that `settings` holds, in words; none for an effect without settings.
+std::vector<worded_field> describe_settings(const preset& settings);
+
+/// Applies "field=value,field=value" to a preset. A value in double quotes may hold commas; a field that is a list of
+/// its own (exclude) takes everything up to the end. Throws `settings_error`.
+void change_settings(preset& changed, std::string_view words);
+
+} // namespace host

@@ -1,0 +1,164 @@
+#include "effects/effect_settings.h"
+#include "host/settings/preset_file.h"
+#include "host/settings/step_text.h"
+#include "host/settings/worded_settings.h"
+#include "tests/support/built_module.h"
+#include "tests/support/signals.h"
+#include "tests/support/thrown_text.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <fstream>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace host {
+namespace {
+
+using testing_support::built_effects;
+using testing_support::thrown_text;
+
+/// Two fields, one of which is a list.
+struct listed_settings {
+    static constexpr velmora::guid identity{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}};
+    std::int32_t number = 7;
+
+    static listed_settings read(std::span<const std::byte> payload) {
+        return {payload.empty() ? 7 : std::to_integer<std::int32_t>(payload[0])};
+    }
+    std::vector<std::byte> write() const { return {static_cast<std::byte>(number)}; }
+};
+
+std::string strength_after(const std::string& words) {
+    preset settings = built_effects().find("Meier Crossfeed").default_preset;
+    change_settings(settings, words);
+    return describe_settings(settings).at(0).value;
+}
+
+std::string refusal_of(const std::string& words) {
+    return thrown_text<settings_error>([&] { strength_after(words); });
+}
+
+TEST(StepText, IsCutAtTheFirstColon) {
+    struct row {
+        std::string_view text;
+        std::string_view effect;
+        std::string_view settings;
+    };
+    for (const row& line : {row{"hard", "hard", ""}, row{"Meier Crossfeed:strength=1", "Meier Crossfeed", "strength=1"},
+                            row{"a:", "a", ""}, row{"a:b=c:d", "a", "b=c:d"}, row{"", "", ""}}) {
+        EXPECT_EQ(split_step(line.text).effect, line.effect) << line.text;
+        EXPECT_EQ(split_step(line.text).settings, line.settings) << line.text;
+    }
+}
+
+TEST(WordedSettings, TellNameUnitRangeDefaultAndValue) {
+    preset settings = built_effects().find("Meier Crossfeed").default_preset;
+    change_settings(settings, "strength=1500");
+    const auto fields = describe_settings(settings);
+    ASSERT_EQ(fields.size(), 1U);
+    EXPECT_EQ(fields[0].name, "strength");
+    EXPECT_EQ(fields[0].unit, "");
+    EXPECT_THAT(fields[0].range, testing::HasSubstr("100 to 10000"));
+    EXPECT_EQ(fields[0].default_value, "1000");
+    EXPECT_EQ(fields[0].value, "1500");
+}
+
+TEST(WordedSettings, AValueMayBeQuotedAndTheLastAssignmentWins) {
+    EXPECT_EQ(strength_after("strength=1500"), "1500");
+    EXPECT_EQ(strength_after("strength=\"1500\""), "1500");
+    EXPECT_EQ(strength_after("strength=-2147483648"), "-2147483648");
+    EXPECT_EQ(strength_after("strength=1,strength=\"2\",strength=3"), "3");
+    EXPECT_EQ(strength_after(""), "1000");
+}
+
+TEST(WordedSettings, SayWhatTheyDoNotTake) {
+    for (const auto* const words : {"strength=", "strength=x", "strength=1.5", "strength= 1", "strength=1x",
+                                    "strength=2147483648", "strength=-2147483649", "strength=99999999999999999999"}) {
+        EXPECT_THAT(refusal_of(words), testing::StartsWith("strength takes ")) << words;
+    }
+    EXPECT_EQ(refusal_of("power=1"), "there is no setting \"power\"; there is strength");
+    EXPECT_EQ(refusal_of("strength"), "\"strength\" is not of the form field=value");
+    EXPECT_EQ(refusal_of("strength=\"1"), "a quotation mark is not closed");
+    EXPECT_EQ(refusal_of("strength=\"1\"2"), "a comma must follow \"1\"");
+}
+
+TEST(WordedSettings, ARefusalChangesNothing) {
+    preset settings = built_effects().find("Meier Crossfeed").default_preset;
+    EXPECT_THROW(change_settings(settings, "strength=1,strength=x"), settings_error);
+    EXPECT_EQ(describe_settings(settings).at(0).value, "1000");
+}
+
+TEST(WordedSettings, AnEffectWithoutSettingsHasNone) {
+    preset settings = built_effects().find("hard").default_preset;
+    EXPECT_TRUE(describe_settings(settings).empty());
+    EXPECT_EQ(thrown_text<settings_error>([&] { change_settings(settings, "a=b"); }), "the effect has no settings");
+}
+
+TEST(SettingsCatalogue, HasTheWordsOfEveryEffectWithADialog) {
+    for (const effect_entry& effect : built_effects().effects()) {
+        const kelvane::settings_words* const words = kelvane::find_settings_words(effect.identity);
+        ASSERT_EQ(words != nullptr, effect.has_dialog) << effect.name;
+        if (words != nullptr) {
+            EXPECT_EQ(words->defaults(), effect.default_preset.payload()) << effect.name;
+        }
+    }
+}
+
+TEST(SettingsCatalogue, NoPayloadOfRandomBytesDoesHarm) {
+    testing_support::random_source random(1);
+    for (const effect_entry& effect : built_effects().effects()) {
+        preset fuzzed = effect.default_preset;
+        for (int round = 0; round < 100; ++round) {
+            std::vector<std::uint8_t> payload(testing_support::pick(random, 0, round % 3 == 0 ? 65536 : 40));
+            std::generate(payload.begin(), payload.end(), [&] { return static_cast<std::uint8_t>(random()); });
+            fuzzed.set_data(payload.data(), payload.size());
+            EXPECT_EQ(describe_settings(fuzzed).empty(), !effect.has_dialog) << effect.name;
+        }
+    }
+}
+
+TEST(SettingsWords, ReadAndChangeThePlainStruct) {
+    const kelvane::struct_words<listed_settings> words({kelvane::number_field(
+        {.name = "number", .unit = "", .range = "a number", .meaning = "it"}, &listed_settings::number)});
+    EXPECT_EQ(words.values({}), std::vector<std::string>{"7"});
+    EXPECT_EQ(words.with({}, "number", "9"), std::vector<std::byte>{std::byte{9}});
+}
+
+class PresetFile : public testing::Test {
+protected:
+    ~PresetFile() override { std::filesystem::remove(file_); }
+    void write(const std::string& text) { std::ofstream(file_, std::ios::binary) << text; }
+    std::string refusal() {
+        return thrown_text<preset_file_error>([this] { read_preset_file(file_); });
+    }
+
+    std::filesystem::path file_ = std::filesystem::temp_directory_path() / "kelvane preset test.json";
+};
+
+TEST_F(PresetFile, GivesBackWhatWasWritten) {
+    preset written = built_effects().find("Meier Crossfeed").default_preset;
+    change_settings(written, "strength=1500");
+    write_preset_file(file_, written);
+    const preset read = read_preset_file(file_);
+    EXPECT_EQ(read.owner(), written.owner());
+    EXPECT_EQ(read.payload(), written.payload());
+}
+
+TEST_F(PresetFile, AnythingElseIsNoPreset) {
+    EXPECT_THAT(refusal(), testing::EndsWith("cannot be read"));
+    for (const auto* const text :
+         {"", "text", "[]", "{}", "{\"owner\": 1, \"payload\": \"\"}", "{\"owner\": \"x\", \"payload\": \"\"}",
+          "{\"owner\": \"{D487D723-FD8C-4106-9023-5620AEA0A885}\"}",
+          "{\"owner\": \"{D487D723-FD8C-4106-9023-5620AEA0A885}\", \"payload\": \"0\"}"}) {
+        write(text);
+        EXPECT_THAT(refusal(), testing::EndsWith("is no preset file")) << text;
+    }
+}
+
+} // namespace
+} // namespace host

@@ -1,0 +1,54 @@
+"""Settings in words: in a chain, in a table, in preset files."""
+
+import json
+
+import pytest
+from audio import noise, read, write
+
+CROSSFEED = "{D487D723-FD8C-4106-9023-5620AEA0A885}"
+
+
+def test_settings_shows_fields_with_default_and_value(host):
+    output = host.output_of("settings", "meier")
+    assert output.startswith("Meier Crossfeed\n  strength = 1000\n")
+    assert "default 1000" in output
+
+
+def test_an_effect_without_settings_says_so(host):
+    assert host.output_of("settings", "hard") == "Hard -6dB limiter has no settings\n"
+
+
+def test_a_preset_file_is_made_shown_and_changed(host):
+    host.output_of("preset", "make", "file.json", "meier", "strength=1500")
+    assert json.loads((host.folder / "file.json").read_text()) == {"owner": CROSSFEED, "payload": "DC050000"}
+    host.output_of("preset", "edit", "file.json", "strength=-1")
+    assert "strength = -1\n" in host.output_of("preset", "show", "file.json")
+    assert "strength = -1\n" in host.output_of("settings", "meier", "file.json")
+
+
+@pytest.mark.parametrize("arguments, reason", [
+    (["preset", "make", "file.json", "meier", "strength=loud"], 'strength takes'),
+    (["preset", "make", "file.json", "meier", "power=1"], 'there is no setting "power"'),
+    (["preset", "make", "file.json", "hard", "strength=1"], "the effect has no settings"),
+    (["preset", "show", "missing.json"], "missing.json: cannot be read"),
+    (["preset", "make", "no/folder/file.json", "meier"], "no/folder/file.json: cannot be written"),
+    (["configure", "hard"], '"Hard -6dB limiter" has no settings dialog'),
+])
+def test_what_cannot_be_done_is_said(host, arguments, reason):
+    host.assert_fails(*arguments, reason=reason)
+
+
+def test_a_preset_of_another_effect_is_no_preset_of_this_one(host):
+    host.output_of("preset", "make", "file.json", "hard")
+    host.assert_fails("settings", "meier", "file.json", reason="file.json is a preset of another effect")
+
+
+def test_a_chain_takes_settings_behind_the_effect(host):
+    write(host.folder / "in.wav", noise(500, 2))
+    outputs = []
+    for step in ("meier:strength=0", "meier", "meier:strength=1000", "meier:strength=9000"):
+        host.output_of("process", "in.wav", "-o", "out.wav", "--bits", "f64", "-e", step)
+        outputs.append(read(host.folder / "out.wav"))
+    assert (outputs[0] == read(host.folder / "in.wav")).all()  # no feedback: nothing changes
+    assert (outputs[1] == outputs[2]).all()
+    assert not (outputs[2] == outputs[3]).all()
