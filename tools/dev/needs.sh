@@ -12,6 +12,7 @@ declare -A packages_of=(
     [lint]="clang-tidy"
     [bench]="libbenchmark-dev"
     [run]="extremetuxracer-data"
+    [pictures]="imagemagick xdotool"
 )
 
 # The programs that show, on a system without these packages, that the need is met.
@@ -24,6 +25,7 @@ declare -A programs_of=(
     [lint]="clang-tidy"
     [bench]=""
     [run]=""
+    [pictures]="import convert xdotool"
 )
 
 is_root() {
