@@ -39,6 +39,7 @@ INT_PTR modal_dialog::run(int template_id, void* parent_window) {
 }
 
 void modal_dialog::end(INT_PTR result) {
+    is_ready_ = false; // what the closing window still sends is nobody's wish
     EndDialog(window_, result);
 }
 

@@ -1,6 +1,7 @@
 #include "frame/settings_words.h"
 
 #include <charconv>
+#include <system_error>
 
 namespace kelvane {
 

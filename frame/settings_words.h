@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kelvane {
@@ -45,6 +46,9 @@ public:
     /// The fields' values, in the order of the fields.
     virtual std::vector<std::string> values(std::span<const std::byte> payload) const = 0;
 
+    /// What a person should know of these settings at a sample rate; empty when there is nothing.
+    virtual std::string warning(std::span<const std::byte> payload, std::uint32_t rate_hz) const = 0;
+
     /// The payload with one field changed. Throws `setting_error`.
     virtual std::vector<std::byte> with(std::span<const std::byte> payload, std::string_view field,
                                         std::string_view value) const = 0;
@@ -63,7 +67,11 @@ struct described_field {
 template <class Settings>
 class struct_words final : public settings_words {
 public:
-    explicit struct_words(std::vector<described_field<Settings>> fields) : fields_(std::move(fields)) {}
+    /// What there is to say of settings at a sample rate in Hz, or nothing.
+    using warner = std::function<std::string(const Settings&, std::uint32_t rate_hz)>;
+
+    explicit struct_words(std::vector<described_field<Settings>> fields, warner warn = nullptr)
+        : fields_(std::move(fields)), warn_(std::move(warn)) {}
 
     const velmora::guid& effect() const override { return Settings::identity; }
 
@@ -84,6 +92,10 @@ public:
             shown.push_back(field.show(settings));
         }
         return shown;
+    }
+
+    std::string warning(std::span<const std::byte> payload, std::uint32_t rate_hz) const override {
+        return warn_ ? warn_(Settings::read(payload), rate_hz) : std::string();
     }
 
     std::vector<std::byte> with(std::span<const std::byte> payload, std::string_view field,
@@ -110,6 +122,7 @@ private:
     }
 
     std::vector<described_field<Settings>> fields_;
+    warner warn_;
 };
 
 /// A whole decimal number of the type's range; nothing for any other text.

@@ -18,13 +18,15 @@ crossfeed_core::crossfeed_core(std::int32_t strength, std::uint32_t rate_hz) noe
 }
 
 void crossfeed_core::process(std::span<double> interleaved) noexcept {
-    state now = state_; // in registers while the loop runs
+    state now = state_; // in registers while the loop runs, like the coefficients
+    const double decay = decay_;
+    const double uptake = uptake_;
     for (std::size_t left = 0; left < interleaved.size(); left += 2) {
         interleaved[left] += now.left_term;
         interleaved[left + 1] += now.right_term;
-        const double taken_up = uptake_ * now.difference;
-        now.left_term -= decay_ * now.left_term + taken_up;
-        now.right_term -= decay_ * now.right_term - taken_up;
+        const double taken_up = uptake * now.difference;
+        now.left_term -= decay * now.left_term + taken_up;
+        now.right_term -= decay * now.right_term - taken_up;
         now.difference = interleaved[left] - interleaved[left + 1];
     }
     state_ = now;

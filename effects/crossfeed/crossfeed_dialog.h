@@ -22,7 +22,8 @@ int crossfeed_position(std::int32_t strength);
 /// What a position of the trackbar stands for.
 crossfeed_settings crossfeed_settings_at(int position);
 
-/// Runs the dialog. Every move of the trackbar is reported; any end but OK reports the opening preset again. Throws
+/// Runs the dialog. Every move of the trackbar is reported, and OK reports the current settings once more; any other
+/// end reports the opening preset. An exception of the callback closes the dialog and comes out behind it. Throws
 /// `exception_not_implemented` where there are no dialogs.
 void show_crossfeed_dialog(const velmora::effect_preset& opening, void* parent_window,
                            velmora::preset_change_callback& callback);

@@ -11,7 +11,9 @@ bool crossfeed_filter::on_block(velmora::sample_block* block, velmora::abort_sig
         return true;
     }
     follow_rate(block->get_sample_rate());
-    core_->process(mutable_samples_of(*block));
+    if (core_) { // a block without a rate has none
+        core_->process(mutable_samples_of(*block));
+    }
     return true;
 }
 

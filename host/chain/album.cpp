@@ -100,7 +100,7 @@ private:
         const auto reader = open_audio(input);
         const audio_format format = reader->format();
         samples_.resize(job_.block_frames * format.channels);
-        ++track_;
+        track_ = &input;
         while (const std::size_t frames = reader->read(samples_)) {
             block_list list;
             list.append(block({samples_.data(), frames * format.channels}, format.sample_rate_hz, format.channels,
@@ -117,7 +117,7 @@ private:
         if (abort_.is_aborting()) {
             throw interrupted();
         }
-        chain_.run(list, reinterpret_cast<void*>(track_), flags, abort_);
+        chain_.run(list, track_, flags, abort_);
         for (std::size_t i = 0; i < list.get_count(); ++i) {
             if (!list.at(i).samples().empty()) {
                 output_.write(list.at(i));
@@ -140,7 +140,7 @@ private:
     const progress_function& progress_;
     album_output output_;
     std::vector<double> samples_;
-    std::uintptr_t track_ = 0; ///< the current track's number, from 1, is its handle
+    const void* track_ = nullptr; ///< the current track's handle: where its name is in the job
     double total_s_ = 0.0;
 };
 

@@ -11,10 +11,10 @@ void effect_chain::append(std::string name, service_ptr<velmora::effect_instance
     steps_.push_back({std::move(name), std::move(effect)});
 }
 
-void effect_chain::run(block_list& list, void* track, std::uint32_t flags, velmora::abort_signal& abort) {
+void effect_chain::run(block_list& list, const void* track, std::uint32_t flags, velmora::abort_signal& abort) {
     for (const step& current : steps_) {
         try {
-            current.effect->run_abortable(&list, track, flags, &abort);
+            current.effect->run_abortable(&list, const_cast<void*>(track), flags, &abort);
         } catch (const std::exception& failure) {
             if (abort.is_aborting()) {
                 throw interrupted();

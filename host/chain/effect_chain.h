@@ -33,7 +33,7 @@ public:
 
     /// Takes a list through all effects. `flags` are of `velmora::run_flag`, `track` any word that names the track.
     /// Throws `effect_failure`, or `interrupted` when an effect gave up because of the signal.
-    void run(block_list& list, void* track, std::uint32_t flags, velmora::abort_signal& abort);
+    void run(block_list& list, const void* track, std::uint32_t flags, velmora::abort_signal& abort);
 
     /// Audio that the effects hold back now, in seconds.
     double latency_s() const;

@@ -54,6 +54,7 @@ effect_entry describe(service_ptr<velmora::effect_factory> factory) {
 
 std::string names_of(const std::vector<const effect_entry*>& entries) {
     std::vector<std::string> quoted;
+    quoted.reserve(entries.size());
     for (const effect_entry* entry : entries) {
         quoted.push_back(fmt::format("\"{}\"", entry->name));
     }

@@ -32,7 +32,11 @@ std::string to_hex(std::span<const std::byte> bytes) {
 
 std::optional<std::vector<std::byte>> parse_hex(std::string_view text) {
     std::vector<std::byte> bytes;
-    while ((text = text.substr(std::min(text.find_first_not_of(blanks), text.size()))) != "") {
+    while (true) {
+        text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+        if (text.empty()) {
+            return bytes;
+        }
         const auto byte = parse_byte(text.substr(0, 2));
         if (!byte) {
             return std::nullopt;
@@ -40,7 +44,6 @@ std::optional<std::vector<std::byte>> parse_hex(std::string_view text) {
         bytes.push_back(*byte);
         text.remove_prefix(2);
     }
-    return bytes;
 }
 
 } // namespace host

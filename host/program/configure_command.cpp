@@ -27,10 +27,12 @@ void run(const configure_options& options) {
     }
     const auto file = path_from_utf8(options.preset_file);
     const bool has_file = !options.preset_file.empty();
-    preset edited = has_file && std::filesystem::exists(file) ? read_preset_file(file) : effect.default_preset;
+    const bool is_new = has_file && !std::filesystem::exists(file);
+    preset edited = has_file && !is_new ? read_preset_file(file) : effect.default_preset;
+    check_owner(effect, edited, options.preset_file);
     const bool is_changed =
         ask_module(fmt::format("\"{}\"", effect.name), [&] { return effect.factory->edit_settings(&edited, nullptr); });
-    if (is_changed && has_file) {
+    if (is_new || (is_changed && has_file)) {
         write_preset_file(file, edited);
     }
     print_settings(effect.name, edited);

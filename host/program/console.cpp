@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::chrono::milliseconds drawing_interval(100);
 constexpr int bar_columns = 40;
+constexpr auto blank_line = "\r                                                                              \r";
 
 /// What a person typed, and what a system answers, may have line breaks and signs that a terminal obeys.
 std::string on_one_line(std::string_view message) {
@@ -57,9 +58,9 @@ void progress_bar::print_above(std::string_view line) {
     print_notice(line);
 }
 
-void progress_bar::wipe() const {
+void progress_bar::wipe() const noexcept {
     if (visible_) {
-        fmt::print(stderr, "\r{:<78}\r", "");
+        std::fputs(blank_line, stderr);
         std::fflush(stderr);
     }
 }

@@ -28,7 +28,7 @@ public:
     void print_above(std::string_view line);
 
     /// Clears the bar's line, so that other output can stand there.
-    void wipe() const;
+    void wipe() const noexcept;
 
 private:
     bool visible_;

@@ -27,4 +27,10 @@ void add_module_option(CLI::App& command, std::string& file) {
 open_module::open_module(const std::string& file, api::console print)
     : host_api(std::move(print)), module(module_file(file), &host_api), catalogue(module) {}
 
+void check_owner(const effect_entry& effect, const preset& loaded, const std::string& file) {
+    if (loaded.owner() != effect.identity) {
+        throw preset_error(file + " is a preset of another effect");
+    }
+}
+
 } // namespace host

@@ -28,9 +28,15 @@ using shared_options = std::shared_ptr<preset_options>;
 
 void make(const preset_options& options) {
     const open_module opened(options.module_file, print_notice);
+    const auto file = path_from_utf8(options.file);
+    if (std::filesystem::exists(file)) {
+        throw preset_file_error(fmt::format("{}: is there already; `preset edit` changes it", options.file));
+    }
     preset made = opened.catalogue.find(options.effect).default_preset;
-    change_settings(made, options.settings);
-    write_preset_file(path_from_utf8(options.file), made);
+    if (!options.settings.empty()) {
+        change_settings(made, options.settings);
+    }
+    write_preset_file(file, made);
 }
 
 /// The display name of a preset's effect, or its GUID when the module does not have it.
@@ -58,7 +64,6 @@ void edit(const preset_options& options) {
 CLI::App& add_step(CLI::App& command, const std::string& name, const std::string& what,
                    void (*action)(const preset_options&), const shared_options& options) {
     CLI::App* const step = command.add_subcommand(name, what);
-    add_module_option(*step, options->module_file);
     step->add_option("FILE", options->file, "The preset file")->required()->type_name("");
     step->callback([action, options] { action(*options); });
     return *step;
@@ -71,9 +76,11 @@ void add_preset_command(CLI::App& program) {
     command->require_subcommand(1);
     const auto options = std::make_shared<preset_options>();
     CLI::App& made = add_step(*command, "make", "Write a new preset file", make, options);
+    add_module_option(made, options->module_file);
     made.add_option("EFFECT", options->effect, "Name, abbreviation or GUID")->required()->type_name("");
     made.add_option("SETTINGS", options->settings, "field=value,field=value")->type_name("");
-    add_step(*command, "show", "Show what a preset file holds", show, options);
+    CLI::App& shown = add_step(*command, "show", "Show what a preset file holds", show, options);
+    add_module_option(shown, options->module_file);
     CLI::App& edited = add_step(*command, "edit", "Change a preset file", edit, options);
     edited.add_option("SETTINGS", options->settings, "field=value,field=value")->required()->type_name("");
 }

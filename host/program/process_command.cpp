@@ -1,3 +1,4 @@
+#include "host/audio/audio_reader.h"
 #include "host/chain/album.h"
 #include "host/chain/layout_text.h"
 #include "host/module/hex_text.h"
@@ -15,6 +16,7 @@
 #include <chrono>
 #include <map>
 #include <memory>
+#include <set>
 
 namespace host {
 
@@ -76,11 +78,32 @@ preset settings_of(const effect_entry& effect, const chain_step& step) {
     return settings;
 }
 
-effect_chain build_chain(const effect_catalogue& catalogue, const std::vector<chain_step>& steps) {
+/// The rates of the inputs, each once. Rates that a converter of the chain makes are not among them.
+std::set<std::uint32_t> input_rates_hz(const album_job& job) {
+    std::set<std::uint32_t> rates_hz;
+    for (const auto& input : job.inputs) {
+        rates_hz.insert(open_audio(input)->format().sample_rate_hz);
+    }
+    return rates_hz;
+}
+
+void warn_of(const effect_entry& effect, const preset& settings, const album_job& job) {
+    for (const std::uint32_t rate_hz : input_rates_hz(job)) {
+        const std::string warning = warning_of(settings, rate_hz);
+        if (!warning.empty()) {
+            print_notice(fmt::format("{}: {}", effect.name, warning));
+        }
+    }
+}
+
+effect_chain build_chain(const effect_catalogue& catalogue, const std::vector<chain_step>& steps,
+                         const album_job& job) {
     effect_chain chain;
     for (const chain_step& step : steps) {
         const effect_entry& effect = catalogue.find(step.text.effect);
-        chain.append(effect.name, instantiate(effect, settings_of(effect, step)));
+        const preset settings = settings_of(effect, step);
+        chain.append(effect.name, instantiate(effect, settings));
+        warn_of(effect, settings, job);
     }
     return chain;
 }
@@ -115,7 +138,7 @@ void run(const CLI::App& command, const process_options& options) {
     const interrupt_guard guard(abort);
     progress_bar bar;
     const open_module opened(options.module_file, [&](std::string_view line) { bar.print_above(line); });
-    effect_chain chain = build_chain(opened.catalogue, steps);
+    effect_chain chain = build_chain(opened.catalogue, steps, job);
     const auto start = std::chrono::steady_clock::now();
     const album_report report =
         process_album(job, chain, abort, [&](double done_s, double total_s) { bar.show(done_s, total_s); });

@@ -25,9 +25,7 @@ void run(const settings_options& options) {
     preset shown = effect.default_preset;
     if (!options.preset_file.empty()) {
         shown = read_preset_file(path_from_utf8(options.preset_file));
-        if (shown.owner() != effect.identity) {
-            throw preset_error(fmt::format("{} is a preset of another effect", options.preset_file));
-        }
+        check_owner(effect, shown, options.preset_file);
     }
     print_settings(effect.name, shown);
 }

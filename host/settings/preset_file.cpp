@@ -1,5 +1,6 @@
 #include "host/settings/preset_file.h"
 
+#include "host/audio/pending_file.h"
 #include "host/module/guid_text.h"
 #include "host/module/hex_text.h"
 #include "host/platform/path_text.h"
@@ -32,12 +33,14 @@ preset read_preset_file(const std::filesystem::path& file) {
 
 void write_preset_file(const std::filesystem::path& file, const preset& written) {
     const nlohmann::ordered_json json{{"owner", to_text(written.owner())}, {"payload", to_hex(written.payload())}};
-    std::ofstream stream(file, std::ios::binary);
+    pending_file pending(file); // a full disk leaves the old preset as it was
+    std::ofstream stream(pending.temporary(), std::ios::binary);
     stream << json.dump(2) << '\n';
     stream.close();
     if (!stream) {
         throw preset_file_error(fmt::format("{}: cannot be written", to_utf8(file)));
     }
+    pending.commit();
 }
 
 } // namespace host

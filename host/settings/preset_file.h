@@ -17,7 +17,7 @@ public:
 /// A preset file is JSON: {"owner": GUID text, "payload": hexadecimal bytes}. Throws `preset_file_error`.
 preset read_preset_file(const std::filesystem::path& file);
 
-/// Replaces the file. Throws `preset_file_error`.
+/// Replaces the file, or leaves it as it was. Throws `preset_file_error`, and `audio_error` where no file can be made.
 void write_preset_file(const std::filesystem::path& file, const preset& written);
 
 } // namespace host

@@ -79,19 +79,29 @@ std::vector<worded_field> describe_settings(const preset& settings) {
     return described;
 }
 
+std::string warning_of(const preset& settings, std::uint32_t rate_hz) {
+    const kelvane::settings_words* const words = kelvane::find_settings_words(settings.owner());
+    return words == nullptr ? "" : words->warning(settings.payload(), rate_hz);
+}
+
+std::vector<std::byte> changed_payload(const kelvane::settings_words& words, std::vector<std::byte> payload,
+                                       std::string_view assignments) {
+    try {
+        for (const assignment& assigned : parse(words, assignments)) {
+            payload = words.with(payload, assigned.field, assigned.value);
+        }
+    } catch (const kelvane::setting_error& refused) {
+        throw settings_error(refused.what());
+    }
+    return payload;
+}
+
 void change_settings(preset& changed, std::string_view text) {
     const kelvane::settings_words* const words = kelvane::find_settings_words(changed.owner());
     if (words == nullptr) {
         throw settings_error("the effect has no settings");
     }
-    std::vector<std::byte> payload = changed.payload();
-    try {
-        for (const assignment& assigned : parse(*words, text)) {
-            payload = words->with(payload, assigned.field, assigned.value);
-        }
-    } catch (const kelvane::setting_error& refused) {
-        throw settings_error(refused.what());
-    }
+    const auto payload = changed_payload(*words, changed.payload(), text);
     changed.set_data(payload.data(), payload.size());
 }
 

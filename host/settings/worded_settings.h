@@ -3,10 +3,15 @@
 
 #include "host/objects/preset.h"
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
+
+namespace kelvane {
+class settings_words;
+}
 
 namespace host {
 
@@ -28,6 +33,13 @@ struct worded_field {
 
 /// The settings that `settings` holds, in words; none for an effect without settings.
 std::vector<worded_field> describe_settings(const preset& settings);
+
+/// What a person should know of the settings at a sample rate; empty when there is nothing.
+std::string warning_of(const preset& settings, std::uint32_t rate_hz);
+
+/// The payload with "field=value,field=value" applied, by the words of its effect. Throws `settings_error`.
+std::vector<std::byte> changed_payload(const kelvane::settings_words& words, std::vector<std::byte> payload,
+                                       std::string_view assignments);
 
 /// Applies "field=value,field=value" to a preset. A value in double quotes may hold commas; a field that is a list of
 /// its own (exclude) takes everything up to the end. Throws `settings_error`.

@@ -1,5 +1,7 @@
 #include "tests/dialogs/person.h"
 
+#include <gtest/gtest.h>
+
 #include <commctrl.h>
 
 #include <chrono>
@@ -45,15 +47,16 @@ person::person(std::function<void(HWND)> acts)
     : thread_([acts = std::move(acts), dialog_thread = GetCurrentThreadId()] {
           const HWND dialog = wait_for_dialog(dialog_thread);
           if (dialog == nullptr) {
+              ADD_FAILURE() << "no dialog was shown";
               return;
           }
           acts(dialog);
-          // A dialog that is still open now was not closed by what the test did; the result tells.
           const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(5);
           while (IsWindow(dialog) != FALSE && std::chrono::steady_clock::now() < give_up) {
               std::this_thread::sleep_for(poll_interval);
           }
           if (IsWindow(dialog) != FALSE) {
+              ADD_FAILURE() << "the dialog was still open";
               EndDialog(dialog, -1);
               PostMessageW(dialog, WM_NULL, 0, 0);
           }
@@ -68,18 +71,13 @@ void press_key(HWND control, int key) {
     PostMessageW(control, WM_KEYUP, static_cast<WPARAM>(key), static_cast<LPARAM>(0xC0000001U));
 }
 
-void click(HWND control, POINT at) {
-    PostMessageW(control, WM_LBUTTONDOWN, MK_LBUTTON, position_of(at));
-    PostMessageW(control, WM_LBUTTONUP, 0, position_of(at));
-}
-
-void drag_thumb(HWND trackbar, bool to_end) {
+void drag_thumb_to_end(HWND trackbar) {
     RECT thumb{};
     SendMessageW(trackbar, TBM_GETTHUMBRECT, 0, reinterpret_cast<LPARAM>(&thumb));
     RECT bar{};
     GetClientRect(trackbar, &bar);
     const POINT from = middle_of(thumb);
-    const POINT to{to_end ? bar.right - 1 : bar.left, from.y};
+    const POINT to{bar.right - 1, from.y};
     PostMessageW(trackbar, WM_LBUTTONDOWN, MK_LBUTTON, position_of(from));
     PostMessageW(trackbar, WM_MOUSEMOVE, MK_LBUTTON, position_of(middle_of(bar)));
     PostMessageW(trackbar, WM_MOUSEMOVE, MK_LBUTTON, position_of(to));

@@ -25,11 +25,8 @@ private:
 /// Presses and releases a key over a control, through the queue, as the keyboard does.
 void press_key(HWND control, int key);
 
-/// Clicks with the left button on a point of a control, in its own coordinates.
-void click(HWND control, POINT at);
-
-/// Takes a trackbar's thumb with the left button and lets it go at the end of the bar: `to_end` the upper one.
-void drag_thumb(HWND trackbar, bool to_end);
+/// Takes a trackbar's thumb with the left button, over the middle of the bar, and lets it go at its right end.
+void drag_thumb_to_end(HWND trackbar);
 
 /// Waits, with much patience, until something is so; false when it never was.
 bool wait_until(const std::function<bool()>& is_so);

@@ -39,7 +39,7 @@ TEST(Dialogs, TwoOnTwoThreadsAtOnceDoNotMix) {
                 PostMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
             });
             factory()->show_settings_dialog(&opening, nullptr, &callback);
-            EXPECT_TRUE(callback.presets().empty());
+            EXPECT_EQ(callback.presets().size(), 1U); // by OK
         });
     };
     std::thread first = show_on_a_thread(0, 3000);

@@ -92,7 +92,7 @@ TEST(Crossfeed, EqualChannelsPassBitForBit) {
     EXPECT_EQ(bits_of(samples), before);
 }
 
-TEST(Crossfeed, AnImpulseGoesToItsOwnSideAtOnceAndToBothOneFrameLater) {
+TEST(Crossfeed, AnImpulseGoesToItsOwnSideAtOnceAndToBothTwoFramesLater) {
     std::vector<double> samples(8);
     samples[0] = 1.0;
     crossfeed_core(1000, 44100).process(samples);

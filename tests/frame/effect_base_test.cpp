@@ -19,7 +19,6 @@ namespace kelvane {
 namespace {
 
 using testing_support::block_format;
-using testing_support::strict_block;
 using testing_support::strict_list;
 using testing_support::thrown_text;
 

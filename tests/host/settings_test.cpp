@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <fstream>
+#include <random>
 #include <span>
 #include <string>
 #include <vector>
@@ -22,16 +23,44 @@ namespace {
 using testing_support::built_effects;
 using testing_support::thrown_text;
 
-/// Two fields, one of which is a list.
+/// A number and a list, as a converter has them; the payload is the number's byte and the list's text.
 struct listed_settings {
     static constexpr velmora::guid identity{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}};
     std::int32_t number = 7;
+    std::string list;
 
     static listed_settings read(std::span<const std::byte> payload) {
-        return {payload.empty() ? 7 : std::to_integer<std::int32_t>(payload[0])};
+        listed_settings settings;
+        if (!payload.empty()) {
+            settings.number = std::to_integer<std::int32_t>(payload[0]);
+            for (const std::byte letter : payload.subspan(1)) {
+                settings.list += static_cast<char>(letter);
+            }
+        }
+        return settings;
     }
-    std::vector<std::byte> write() const { return {static_cast<std::byte>(number)}; }
+    std::vector<std::byte> write() const {
+        std::vector<std::byte> payload{static_cast<std::byte>(number)};
+        for (const char letter : list) {
+            payload.push_back(static_cast<std::byte>(letter));
+        }
+        return payload;
+    }
 };
+
+const kelvane::struct_words<listed_settings>& listed_words() {
+    static const kelvane::struct_words<listed_settings> words({
+        kelvane::number_field({.name = "number", .unit = "", .range = "a number", .meaning = "it"},
+                              &listed_settings::number),
+        {{.name = "list", .unit = "", .range = "a list", .meaning = "it", .takes_rest = true},
+         [](const listed_settings& settings) { return settings.list; },
+         [](listed_settings& settings, std::string_view text) {
+             settings.list = text;
+             return true;
+         }},
+    });
+    return words;
+}
 
 std::string strength_after(const std::string& words) {
     preset settings = built_effects().find("Meier Crossfeed").default_preset;
@@ -123,10 +152,27 @@ TEST(SettingsCatalogue, NoPayloadOfRandomBytesDoesHarm) {
 }
 
 TEST(SettingsWords, ReadAndChangeThePlainStruct) {
-    const kelvane::struct_words<listed_settings> words({kelvane::number_field(
-        {.name = "number", .unit = "", .range = "a number", .meaning = "it"}, &listed_settings::number)});
-    EXPECT_EQ(words.values({}), std::vector<std::string>{"7"});
-    EXPECT_EQ(words.with({}, "number", "9"), std::vector<std::byte>{std::byte{9}});
+    EXPECT_EQ(listed_words().values({}), (std::vector<std::string>{"7", ""}));
+    EXPECT_EQ(listed_words().with({}, "number", "9"), std::vector<std::byte>{std::byte{9}});
+}
+
+TEST(WordedSettings, AListTakesEverythingToTheEndUnlessItIsQuoted) {
+    struct row {
+        std::string words;
+        std::string number;
+        std::string list;
+    };
+    const row table[] = {
+        {"number=3,list=44100,88200-96000;1", "3", "44100,88200-96000;1"},
+        {"list=44100,number=3", "7", "44100,number=3"},
+        {"list=\"44100,88200\",number=3", "3", "44100,88200"},
+        {"list=", "7", ""},
+        {"list=\"\"", "7", ""},
+    };
+    for (const row& line : table) {
+        const auto payload = changed_payload(listed_words(), {}, line.words);
+        EXPECT_EQ(listed_words().values(payload), (std::vector<std::string>{line.number, line.list})) << line.words;
+    }
 }
 
 class PresetFile : public testing::Test {
@@ -137,7 +183,8 @@ protected:
         return thrown_text<preset_file_error>([this] { read_preset_file(file_); });
     }
 
-    std::filesystem::path file_ = std::filesystem::temp_directory_path() / "kelvane preset test.json";
+    std::filesystem::path file_ =
+        std::filesystem::temp_directory_path() / ("kelvane preset " + std::to_string(std::random_device()()) + ".json");
 };
 
 TEST_F(PresetFile, GivesBackWhatWasWritten) {

@@ -12,7 +12,6 @@ namespace {
 using testing_support::bits_of;
 using testing_support::block_format;
 using testing_support::make_effect;
-using testing_support::strict_block;
 using testing_support::strict_list;
 
 constexpr auto mono_to_stereo = "Convert mono to stereo";

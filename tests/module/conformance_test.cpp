@@ -266,11 +266,12 @@ TEST_P(Conformance, AStrangeSampleCostsNoOther) {
         const programme clean_out = play_anew(clean, {30, 1});
         for (const double strange : {not_a_number, infinity, -infinity, denormal, 1e308}) {
             programme spoilt = clean;
-            spoilt[0].samples[50 * format.channels] = strange;
+            spoilt[0].samples[std::size_t{50} * format.channels] = strange;
             programme out = play_anew(spoilt, {30, 1});
             ASSERT_EQ(frames_of(out), 100U);
             const std::uint32_t channels = out[0].format.channels;
-            std::copy_n(clean_out[0].samples.begin() + 50 * channels, channels, out[0].samples.begin() + 50 * channels);
+            std::copy_n(clean_out[0].samples.begin() + 50 * std::ptrdiff_t{channels}, channels,
+                        out[0].samples.begin() + 50 * std::ptrdiff_t{channels});
             EXPECT_TRUE(are_equal(out, clean_out)) << strange << ", mask " << format.channel_mask;
         }
     }
@@ -329,7 +330,7 @@ TEST_P(Conformance, AnAbortedCallLeavesAUsableInstance) {
 TEST_P(Conformance, ABlockThatCannotGrowLeavesAUsableInstance) {
     for (const block_format& format : common_formats) {
         const auto instance = make();
-        const std::vector<double> samples = noise(random, 100 * format.channels, 0.4);
+        const std::vector<double> samples = noise(random, std::size_t{100} * format.channels, 0.4);
         strict_list list;
         list.append(samples, format).refuse_growth();
         const std::string said = thrown_text<std::bad_alloc>([&] { instance->run(&list, nullptr, 0); });

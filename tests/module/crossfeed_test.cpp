@@ -119,6 +119,13 @@ TEST(Crossfeed, TheFilterRunsAcrossBlocksAndTracks) {
     EXPECT_TRUE(are_equal(out, play_whole(*make_effect(crossfeed), whole)));
 }
 
+TEST(Crossfeed, ABlockWithoutARatePassesUnchangedWhereNothingTakesItOut) {
+    const std::vector<double> samples{0.5, -0.5, 0.25, 0.75};
+    strict_block block(samples, {0, 2, 0x3});
+    EXPECT_TRUE(make_effect(crossfeed)->on_block(&block, nullptr));
+    EXPECT_EQ(block.samples(), samples);
+}
+
 TEST(Crossfeed, ASampleThatIsNotANumberSticksUntilAFlush) {
     random_source random(1);
     const auto effect = make_effect(crossfeed);

@@ -30,7 +30,7 @@ void expect_mixed(const std::string& effect, const std::vector<double>& in, cons
 }
 
 void expect_untouched(const std::string& effect, const block_format& format) {
-    const std::vector<double> in(2 * format.channels, 0.25);
+    const std::vector<double> in(std::size_t{2} * format.channels, 0.25);
     strict_list list;
     list.append(in, format);
     make_effect(effect)->run(&list, nullptr, 0);

@@ -43,7 +43,7 @@ TEST(HardLimiter, LoudSamplesFollowTheCurve) {
 
 TEST(HardLimiter, EveryChannelOfAnyLayoutIsLimited) {
     for (const std::uint32_t channels : {1U, 2U, 6U, 33U}) {
-        const std::vector<double> out = limit(std::vector<double>(3 * channels, 1.0), {8000, channels, 0});
+        const std::vector<double> out = limit(std::vector<double>(std::size_t{3} * channels, 1.0), {8000, channels, 0});
         for (const double sample : out) {
             EXPECT_NEAR(sample, 0.880797077977882, 1e-15);
         }

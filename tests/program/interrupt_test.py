@@ -1,4 +1,4 @@
-"""Ctrl-C and a request to terminate while the program works."""
+"""Ctrl-C, a request to terminate and the end of the terminal while the program works."""
 
 import signal
 import subprocess
@@ -35,7 +35,7 @@ def names_in(folder):
     return sorted(path.name for path in folder.iterdir())
 
 
-@pytest.mark.parametrize("number", [signal.SIGINT, signal.SIGTERM])
+@pytest.mark.parametrize("number", [signal.SIGINT, signal.SIGTERM, signal.SIGHUP])
 @pytest.mark.parametrize("earlier", [None, b"of an earlier run"])
 def test_a_signal_ends_the_work_and_leaves_nothing(host, folder, number, earlier):
     if earlier is not None:

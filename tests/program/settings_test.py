@@ -31,16 +31,35 @@ def test_a_preset_file_is_made_shown_and_changed(host):
     (["preset", "make", "file.json", "meier", "power=1"], 'there is no setting "power"'),
     (["preset", "make", "file.json", "hard", "strength=1"], "the effect has no settings"),
     (["preset", "show", "missing.json"], "missing.json: cannot be read"),
-    (["preset", "make", "no/folder/file.json", "meier"], "no/folder/file.json: cannot be written"),
+    (["preset", "make", "no/folder/file.json", "meier"], "no/folder/file.json: no file can be written there"),
     (["configure", "hard"], '"Hard -6dB limiter" has no settings dialog'),
 ])
 def test_what_cannot_be_done_is_said(host, arguments, reason):
     host.assert_fails(*arguments, reason=reason)
 
 
+def test_a_file_that_is_there_is_not_made_anew(host):
+    (host.folder / "song.flac").write_bytes(b"music")
+    host.assert_fails("preset", "make", "song.flac", "meier", reason="song.flac: is there already")
+
+
+@pytest.mark.native
+def test_configure_says_where_there_are_no_dialogs(host):
+    host.assert_fails("configure", "meier", reason='"Meier Crossfeed" failed: Feature not implemented')
+
+
 def test_a_preset_of_another_effect_is_no_preset_of_this_one(host):
     host.output_of("preset", "make", "file.json", "hard")
     host.assert_fails("settings", "meier", "file.json", reason="file.json is a preset of another effect")
+    host.assert_fails("configure", "meier", "file.json", reason="file.json is a preset of another effect")
+
+
+@pytest.mark.parametrize("strength, warns", [(4000, False), (4001, True), (-9000, False)])
+def test_a_strength_that_diverges_at_the_rate_is_warned_of(host, strength, warns):
+    write(host.folder / "in.wav", noise(500, 2), rate_hz=8000)
+    answer = host.run("process", "in.wav", "-o", "out.wav", "-e", f"meier:strength={strength}")
+    assert answer.exit_code == 0
+    assert ("Meier Crossfeed: at 8000 Hz a strength above 4000 diverges" in answer.errors) == warns
 
 
 def test_a_chain_takes_settings_behind_the_effect(host):
@@ -48,7 +67,7 @@ def test_a_chain_takes_settings_behind_the_effect(host):
     outputs = []
     for step in ("meier:strength=0", "meier", "meier:strength=1000", "meier:strength=9000"):
         host.output_of("process", "in.wav", "-o", "out.wav", "--bits", "f64", "-e", step)
-        outputs.append(read(host.folder / "out.wav"))
-    assert (outputs[0] == read(host.folder / "in.wav")).all()  # no feedback: nothing changes
+        outputs.append(read(host.folder / "out.wav").samples)
+    assert (outputs[0] == read(host.folder / "in.wav").samples).all()  # no feedback: nothing changes
     assert (outputs[1] == outputs[2]).all()
     assert not (outputs[2] == outputs[3]).all()
