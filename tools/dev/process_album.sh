@@ -13,8 +13,10 @@ if ((${#tracks[@]} == 0)); then
     exit 1
 fi
 
-# Out to four speakers and back to two: each side gets its rear part on top, which the limiter keeps from clipping.
-effects=("Convert stereo to 4 channels" "Downmix channels to stereo" "Hard -6dB limiter")
+# Out to four speakers and back to two: each side gets its rear part on top. Then for headphones: some of the separation
+# of the low frequencies goes, and the limiter keeps the sum from clipping.
+effects=("Convert stereo to 4 channels" "Downmix channels to stereo" "Meier Crossfeed:strength=1500"
+    "Hard -6dB limiter")
 
 arguments=()
 for effect in "${effects[@]}"; do
