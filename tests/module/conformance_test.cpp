@@ -87,6 +87,29 @@ TEST_P(Conformance, APresetOfAnotherOwnerMakesNothing) {
     held->release();
 }
 
+/// A preset of nobody's, whose payload nobody may look at.
+class unreadable_preset final : public velmora::effect_preset {
+public:
+    velmora::guid* get_owner(velmora::guid* out) const override {
+        *out = velmora::guid{};
+        return out;
+    }
+    void set_owner(const velmora::guid*) override { ADD_FAILURE() << "a preset to read is not written"; }
+    const void* get_data() const override {
+        ADD_FAILURE() << "the payload of another effect is not read";
+        return nullptr;
+    }
+    std::size_t get_data_size() const override { return 4; }
+    void set_data(const void*, std::size_t) override { ADD_FAILURE() << "a preset to read is not written"; }
+};
+
+TEST_P(Conformance, APresetOfAnotherOwnerIsRefusedBeforeAnyByteIsRead) {
+    const unreadable_preset foreign;
+    velmora::effect_instance* out = nullptr;
+    EXPECT_FALSE(effect().factory->instantiate(&out, &foreign));
+    EXPECT_EQ(out, nullptr);
+}
+
 TEST_P(Conformance, APayloadOfAnySizeIsRefusedOrServes) {
     for (const std::size_t bytes : {1U, 2U, 3U, 4U, 5U, 7U, 8U, 9U, 11U, 12U, 16U, 64U, 65536U}) {
         host::preset malformed = effect().default_preset;
