@@ -25,7 +25,7 @@ bool takes_rest(const kelvane::settings_words& words, std::string_view name) {
 /// Cuts a text at the first `separator` and takes both away from it.
 std::string cut_until(std::string_view& text, char separator) {
     const std::size_t end = std::min(text.find(separator), text.size());
-    const std::string before(text.substr(0, end));
+    std::string before(text.substr(0, end));
     text.remove_prefix(std::min(end + 1, text.size()));
     return before;
 }

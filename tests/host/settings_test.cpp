@@ -199,9 +199,9 @@ TEST_F(PresetFile, GivesBackWhatWasWritten) {
 TEST_F(PresetFile, AnythingElseIsNoPreset) {
     EXPECT_THAT(refusal(), testing::EndsWith("cannot be read"));
     for (const auto* const text :
-         {"", "text", "[]", "{}", "{\"owner\": 1, \"payload\": \"\"}", "{\"owner\": \"x\", \"payload\": \"\"}",
-          "{\"owner\": \"{D487D723-FD8C-4106-9023-5620AEA0A885}\"}",
-          "{\"owner\": \"{D487D723-FD8C-4106-9023-5620AEA0A885}\", \"payload\": \"0\"}"}) {
+         {"", "text", "[]", "{}", R"({"owner": 1, "payload": ""})", R"({"owner": "x", "payload": ""})",
+          R"({"owner": "{D487D723-FD8C-4106-9023-5620AEA0A885}"})",
+          R"({"owner": "{D487D723-FD8C-4106-9023-5620AEA0A885}", "payload": "0"})"}) {
         write(text);
         EXPECT_THAT(refusal(), testing::EndsWith("is no preset file")) << text;
     }
