@@ -12,6 +12,10 @@ mkdir -p "$WINEPREFIX"
 end_server
 trap end_server EXIT
 
+# One server for all: left alone, it ends some seconds after the last program, and one that starts just then finds a
+# server that is going.
+wineserver --persistent
+
 # The first start fills the prefix, which takes longer than some tests have. It asks for nothing: no browser engine, no
 # run-time system of another language, no entries in the desktop's menus.
 WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe=" wine wineboot --init
