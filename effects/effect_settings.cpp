@@ -1,6 +1,7 @@
 #include "effects/effect_settings.h"
 
 #include "effects/crossfeed/crossfeed_words.h"
+#include "effects/silence/silence_words.h"
 
 #include <algorithm>
 #include <memory>
@@ -12,6 +13,7 @@ const settings_words* find_settings_words(const velmora::guid& effect) {
     static const auto all = [] {
         std::vector<std::unique_ptr<settings_words>> made;
         made.push_back(crossfeed_words());
+        made.push_back(silence_words());
         return made;
     }();
     const auto found =

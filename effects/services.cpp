@@ -8,6 +8,8 @@
 #include "effects/crossfeed/crossfeed_dialog.h"
 #include "effects/crossfeed/crossfeed_effect.h"
 #include "effects/limiters/hard_limiter.h"
+#include "effects/silence/silence_dialog.h"
+#include "effects/silence/silence_effect.h"
 #include "frame/component_version.h"
 #include "frame/plain_effect_factory.h"
 #include "frame/service_list.h"
@@ -33,6 +35,7 @@ plain_effect<move_stereo_to_rear> move_stereo_to_rear_record;
 service_record<version_record, velmora::component_version> component_version_record;
 service_record<file_name_service, velmora::file_name_check> file_name_check_record;
 plain_effect<hard_limiter> hard_limiter_record;
+effect_with_dialog<silence_skipper, show_silence_dialog> silence_record;
 
 } // namespace
 

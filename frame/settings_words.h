@@ -143,4 +143,17 @@ described_field<Settings> number_field(setting_field description, Number Setting
             }};
 }
 
+/// A field that is on or off, shown and taken as "yes" and "no".
+template <class Settings>
+described_field<Settings> yes_no_field(setting_field description, bool Settings::*member) {
+    return {std::move(description), [member](const Settings& settings) { return settings.*member ? "yes" : "no"; },
+            [member](Settings& settings, std::string_view text) {
+                const bool is_taken = text == "yes" || text == "no";
+                if (is_taken) {
+                    settings.*member = text == "yes";
+                }
+                return is_taken;
+            }};
+}
+
 } // namespace kelvane

@@ -33,6 +33,8 @@ struct by_design {
 
 const std::map<std::string, by_design> designs{
     {"Meier Crossfeed", {.has_payload = true, .remembers = true}}, // a recursive filter
+    {"Skip Silence",
+     {.has_payload = true, .drops_impossible = true, .depends_on_blocks = true, .changes_length = true}},
 };
 
 by_design design_of(const std::string& effect) {

@@ -26,6 +26,7 @@ struct service_row {
 };
 
 const std::vector<service_row> expected_services{
+    {effect_class, "{0860E415-B70D-4453-AFE7-A0964C4B162F}", "Skip Silence"},
     {effect_class, "{CB592C20-2E33-4972-925F-3FBB6BDBA9BF}", "Hard -6dB limiter"},
     {"{0639283E-3004-4E5C-B1B3-6DFF08A79284}", "", ""},
     {"{10BB3EBD-DDF7-4975-A3CC-23084829453E}", "", ""},

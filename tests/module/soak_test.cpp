@@ -1,5 +1,6 @@
 // Three hours of audio through all effects that keep the number of frames, in blocks of any length.
 #include "tests/module/allocation_counter.h"
+#include "tests/module/resident_pages.h"
 #include "tests/support/built_module.h"
 #include "tests/support/signals.h"
 #include "velmora/block_list.h"
@@ -7,11 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <vector>
 
 namespace {
@@ -67,14 +65,6 @@ private:
     std::uint32_t channels_ = 0;
     std::uint32_t mask_ = 0;
 };
-
-std::size_t resident_pages() {
-    std::ifstream statm("/proc/self/statm");
-    std::size_t whole = 0;
-    std::size_t resident = 0;
-    statm >> whole >> resident;
-    return resident;
-}
 
 TEST(Soak, ThreeHoursKeepEveryFrameInFlatMemoryWithoutAnAllocation) {
     // 5.1 down to stereo, and so on: an order in which each effect has work to do.

@@ -12,6 +12,8 @@ class Effect:
 
 
 EFFECTS = [
+    Effect("Skip Silence", "{0860E415-B70D-4453-AFE7-A0964C4B162F}", has_dialog=True,
+           payload="88130000C4FFFFFF01000000"),
     Effect("Hard -6dB limiter", "{CB592C20-2E33-4972-925F-3FBB6BDBA9BF}"),
     Effect("Move stereo to rear channels", "{E24420A0-5DC6-4EE1-8AE2-02452E8D8DFB}"),
     Effect("Convert stereo to 4 channels", "{7AAB4CE8-414A-427E-8228-78CD4A47388F}"),
@@ -24,6 +26,7 @@ EFFECTS = [
 
 # Kind and name.
 SERVICES = [
+    ("effect", "Skip Silence"),
     ("effect", "Hard -6dB limiter"),
     ("file name check", ""),
     ("component version", ""),
