@@ -40,9 +40,9 @@ const layout& layout_for(const std::string& effect) {
     return found == layouts.end() ? stereo : found->second;
 }
 
-std::vector<double> full_scale_noise(std::size_t samples) {
+std::vector<double> noise(std::size_t samples, double peak) {
     std::mt19937_64 random(1);
-    std::uniform_real_distribution<double> uniform(-1.0, 1.0);
+    std::uniform_real_distribution<double> uniform(-peak, peak);
     std::vector<double> made(samples);
     for (double& sample : made) {
         sample = uniform(random);
@@ -53,10 +53,13 @@ std::vector<double> full_scale_noise(std::size_t samples) {
 /// One block that is filled again for each iteration.
 class refilled_block {
 public:
-    explicit refilled_block(const layout& format)
-        : format_(format), source_(full_scale_noise(block_frames * format.channels)) {}
+    explicit refilled_block(const layout& format, double peak = 1.0)
+        : format_(format), source_(noise(block_frames * format.channels, peak)) {}
 
     host::block_list& fill() {
+        while (list_.get_count() > 1) { // what an effect emitted
+            list_.remove_item(list_.get_count() - 1);
+        }
         if (list_.get_count() == 0) {
             list_.append(host::block(source_, rate_hz, format_.channels, format_.channel_mask));
         }
@@ -103,6 +106,19 @@ void register_effect(const host::effect_entry& effect) {
     });
 }
 
+/// Below the threshold, where the effect has more to do than to pass segments on.
+void register_silence(const host::effect_entry& effect) {
+    constexpr double silent_peak = 1e-4;
+    benchmark::RegisterBenchmark((effect.name + ", silence/" + stereo.name).c_str(), [&](benchmark::State& state) {
+        const auto instance = host::instantiate(effect, effect.default_preset);
+        refilled_block block(stereo, silent_peak);
+        for (auto _ : state) {
+            instance->run(&block.fill(), nullptr, 0);
+        }
+        count_speed(state);
+    });
+}
+
 } // namespace
 
 void register_effects(const std::filesystem::path& module_file) {
@@ -115,6 +131,7 @@ void register_effects(const std::filesystem::path& module_file) {
     for (const host::effect_entry& effect : catalogue.effects()) {
         register_effect(effect);
     }
+    register_silence(catalogue.find("Skip Silence"));
 }
 
 } // namespace bench

@@ -114,6 +114,7 @@ TEST(SilenceRules, CutALongSilence) {
         {300, false, ".3....", "podipp", "the shortest that is cut"},
         {300, true, ".3....", "pppppp", "the same where it is kept"},
         {200, false, ".2..2..", "poipoip", "each silence is judged anew"},
+        {200, false, ".2.2..", "poioip", "also the one right behind another"},
         {100, false, ".1111..", "ppppppp", "one segment at a time is always the last one known"},
         {200, true, ".22222", "pppodd", "the end is no resumption: no fade in"},
         {200, false, "222", "odd", "nothing but silence"},
@@ -123,6 +124,15 @@ TEST(SilenceRules, CutALongSilence) {
     for (const row& line : table) {
         EXPECT_EQ(verdicts(silence_rules(line.minimum_ms, line.keeps_initial), line.known), line.expected) << line.why;
     }
+}
+
+TEST(SilenceRules, ASegmentOutsideASilenceEndsIt) {
+    silence_rules rules(200, false);
+    rules.note_silence(1);
+    EXPECT_EQ(rules.release(true), silence_verdict::fade_out); // the end, so it seemed
+    EXPECT_EQ(rules.release(false), silence_verdict::pass);
+    rules.note_silence(2);
+    EXPECT_EQ(rules.release(false), silence_verdict::fade_out);
 }
 
 TEST(SilenceRules, AResetForgetsARunningSilence) {
