@@ -29,13 +29,30 @@ void uPrintfV(velmora::string_receiver* out, const char* format, va_list argumen
     out->set_text(text.data(), text.size() - 1);
 }
 
+namespace {
+
+/// The larger one; the first for a second that is not a number.
+double larger(double peak, double magnitude) {
+    return magnitude > peak ? magnitude : peak;
+}
+
+} // namespace
+
 double audio_math_calculate_peak(const double* samples, size_t count) {
-    double peak = 0.0;
-    for (size_t i = 0; i < count; ++i) {
-        const double magnitude = std::fabs(samples[i]);
-        if (magnitude > peak) {
-            peak = magnitude;
+    constexpr size_t lanes = 8; // one comparison does not wait for the one before it
+    double peaks[lanes] = {};
+    const size_t in_lanes = count - count % lanes;
+    for (size_t i = 0; i < in_lanes; i += lanes) {
+        for (size_t lane = 0; lane < lanes; ++lane) {
+            peaks[lane] = larger(peaks[lane], std::fabs(samples[i + lane]));
         }
+    }
+    double peak = 0.0;
+    for (const double lane_peak : peaks) {
+        peak = larger(peak, lane_peak);
+    }
+    for (size_t i = in_lanes; i < count; ++i) {
+        peak = larger(peak, std::fabs(samples[i]));
     }
     return peak;
 }

@@ -23,6 +23,7 @@ using testing_support::thrown_text;
 
 std::vector<std::byte> bytes(const std::vector<int>& values) {
     std::vector<std::byte> made;
+    made.reserve(values.size());
     for (const int value : values) {
         made.push_back(static_cast<std::byte>(value));
     }
@@ -178,7 +179,7 @@ std::vector<std::vector<double>> pieces_of(silence_segments& segments) {
 TEST(SilenceSegments, KeepThePiecesApartAlsoWhereThereAreMoreThanFit) {
     silence_segments segments(-60.0);
     const std::vector<double> small{1.0, 2.0};
-    const std::vector<double> large(32 * 4000, 3.0);
+    const std::vector<double> large(std::size_t{32} * 4000, 3.0);
     segments.start();
     segments.append(small, {1000, 1, 4}, 0.0);
     segments.append(large, {384'000, 32, 0}, 0.0); // far more than the first piece's format asks for

@@ -47,6 +47,17 @@ TEST(Quillet, ThePeakIsTheLargestMagnitude) {
     }
 }
 
+TEST(Quillet, ThePeakMayLieAnywhere) {
+    for (std::size_t length = 1; length <= 40; ++length) {
+        for (std::size_t place = 0; place < length; ++place) {
+            std::vector<double> samples(length, 0.25);
+            samples[place] = -0.5;
+            samples[(place + 1) % length] = length == 1 ? -0.5 : std::nan("");
+            EXPECT_EQ(audio_math::calculate_peak(samples.data(), length), 0.5) << place << " of " << length;
+        }
+    }
+}
+
 TEST(Quillet, TheEventIsOneAndStays) {
     EXPECT_EQ(GetInfiniteWaitEvent(), GetInfiniteWaitEvent());
 #ifdef _WIN32
