@@ -108,6 +108,24 @@ host::service_ptr<velmora::effect_instance> make_skipper_of_twenty_seconds() {
     return host::instantiate(effect, settings);
 }
 
+TEST(SilenceSoak, ASegmentCostsOneAllocationAlsoInSmallBlocks) {
+    const auto effect = make_skipper_of_twenty_seconds();
+    const std::vector<double> silence(shortest_blocks_frames, 1e-4);
+    stocked_list list;
+    list.append(silence.data(), silence.size());
+    list.take_all();                      // the stock has its block
+    constexpr std::size_t segments = 200; // all are held back
+    constexpr std::size_t blocks = segments * (rate_hz / 10) / shortest_blocks_frames;
+    const std::uint64_t allocations_before = allocations();
+    for (std::size_t i = 0; i < blocks; ++i) {
+        list.append(silence.data(), silence.size());
+        effect->run(&list, nullptr, 0);
+    }
+    // Two rings, of 200 segments and 3200 pieces, have grown beside: from 4 places to 256 and 4096.
+    EXPECT_EQ(allocations() - allocations_before, segments + 7 + 11);
+    EXPECT_NEAR(effect->get_latency(), 20.0, 1e-9);
+}
+
 TEST(SilenceSoak, TenHoursOfSilenceAreCutInFlatMemoryWithoutAnAllocation) {
     const auto effect = make_skipper_of_twenty_seconds();
     random_source random(1);
