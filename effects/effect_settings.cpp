@@ -1,5 +1,6 @@
 #include "effects/effect_settings.h"
 
+#include "effects/channels/layout_words.h"
 #include "effects/crossfeed/crossfeed_words.h"
 
 #include <algorithm>
@@ -11,6 +12,8 @@ namespace kelvane {
 const settings_words* find_settings_words(const velmora::guid& effect) {
     static const auto all = [] {
         std::vector<std::unique_ptr<settings_words>> made;
+        made.push_back(layout_converter_words());
+        made.push_back(layout_limiter_words());
         made.push_back(crossfeed_words());
         return made;
     }();

@@ -48,6 +48,9 @@ TEST(FactorySlots, EffectsAreFoundByIdentityAndName) {
         {"{7AAB4CE8-414A-427E-8228-78CD4A47388F}", "Convert stereo to 4 channels"},
         {"{E24420A0-5DC6-4EE1-8AE2-02452E8D8DFB}", "Move stereo to rear channels"},
         {"{CB592C20-2E33-4972-925F-3FBB6BDBA9BF}", "Hard -6dB limiter"},
+        {"{11B13A25-C282-41F6-B1F0-CEB7ECBCEAA8}", "Advanced Limiter"},
+        {"{ABA20225-956A-45D9-93D6-9FDC8B9B4633}", "Upmix to 5.1"},
+        {"{66131A69-35E4-4323-83B0-0737595D8507}", "Upmix to 7.1"},
         {"{D487D723-FD8C-4106-9023-5620AEA0A885}", "Meier Crossfeed"},
     };
     for (const auto& [identity, name] : effects) {
