@@ -25,6 +25,11 @@ inline double_pair load_one(const double* from) noexcept {
     return {_mm_load_sd(from)};
 }
 
+/// From two places.
+inline double_pair load_apart(const double* first, const double* second) noexcept {
+    return {_mm_loadh_pd(_mm_load_sd(first), second)};
+}
+
 inline void store_two(double* to, double_pair value) noexcept {
     _mm_storeu_pd(to, value.lanes);
 }

@@ -32,15 +32,16 @@ private:
     std::size_t inputs_ = 0;
 };
 
-/// One input of two neighbouring outputs.
+/// One summand of each of two neighbouring outputs.
 struct mixing_term {
-    std::size_t input = 0;
+    std::array<std::size_t, 2> inputs{};
     std::array<double, 2> weights{};
 };
 
-/// Multiplies frames by a matrix without touching the weights that are 0.0: outputs are made two at a time, from the
-/// inputs that either of them hears. A product with 0.0 adds nothing unless the sample is infinite or not a number;
-/// frames with such samples are multiplied in full, so that what comes out never depends on the short cut.
+/// Multiplies frames by a matrix without touching the weights that are 0.0. Outputs are made two at a time, each from
+/// its own list of inputs; the shorter list is filled up with products with 0.0. Such a product adds nothing unless the
+/// sample is infinite or not a number; frames with such samples are multiplied in full, so that what comes out never
+/// depends on the short cut.
 class channel_mixer {
 public:
     channel_mixer() noexcept = default;
@@ -53,13 +54,13 @@ public:
     void mix(std::span<const double> in, std::span<double> out) const noexcept;
 
 private:
-    /// What an even output and the odd one behind it hear; an odd count of outputs ends with an even one alone.
+    /// An even output and the odd one behind it; an odd count of outputs ends with an even one alone.
     struct output_pair {
         std::array<mixing_term, channel_matrix::max_channels> terms{};
         std::size_t term_count = 0;
     };
 
-    output_pair make_pair(std::size_t output) const noexcept;
+    void add_terms(output_pair& pair, std::size_t lane, std::size_t output) const noexcept;
     void mix_chunk(const double* in, double* out, std::size_t frames) const noexcept;
     void mix_in_full(const double* in, double* out, std::size_t frames) const noexcept;
 

@@ -4,6 +4,8 @@
 #include "frame/blocks.h"
 #include "frame/exceptions.h"
 
+#include <algorithm>
+
 namespace kelvane {
 
 namespace {
@@ -60,9 +62,11 @@ bool channel_matrix_effect::rebuild_matrix() {
 
 void channel_matrix_effect::mix(velmora::sample_block& block) {
     const std::size_t frames = block.get_sample_count();
-    const std::span<double> mixed = buffer_.grow_to_frames(frames, mixer_.outputs());
-    mixer_.mix(samples_of(block), mixed);
-    rewrite_block(block, mixed.data(), frames, static_cast<std::uint32_t>(mixer_.outputs()), target_mask_);
+    const std::span<double> unmixed = buffer_.grow_to_frames(frames, mixer_.inputs());
+    const std::span<const double> samples = samples_of(block);
+    std::copy(samples.begin(), samples.end(), unmixed.begin());
+    rewrite_block(block, frames, static_cast<std::uint32_t>(mixer_.outputs()), target_mask_,
+                  [&](std::span<double> mixed) { mixer_.mix(unmixed, mixed); });
 }
 
 } // namespace kelvane

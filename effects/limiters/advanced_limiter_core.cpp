@@ -51,12 +51,11 @@ template <class Lanes>
 void limiter_channel_pair::process(double* first, std::size_t frames, std::size_t channels) noexcept {
     while (frames > 0) {
         const std::size_t run = std::min(frames, round_frames - place_);
-        if (is_settled() && is_run_quiet<Lanes>(first, run, channels)) {
-            scale<Lanes>(first, run, channels);
-        } else {
-            limit<Lanes>(first, run, channels);
+        if (place_ == 0) {
+            delay_[round_frames] = Lanes::load(first);
         }
-        place_ += run;
+        const std::size_t quiet = is_at_rest() ? scale_while_quiet<Lanes>(first, run, channels) : 0;
+        limit<Lanes>(first + quiet * channels, run - quiet, channels);
         if (place_ == round_frames) {
             end_round();
         }
@@ -65,36 +64,49 @@ void limiter_channel_pair::process(double* first, std::size_t frames, std::size_
     }
 }
 
-/// Whether nothing that aims at less than unity changes the gain any more.
-bool limiter_channel_pair::is_settled() const noexcept {
+/// Whether nothing in the delay is above the ceiling, and quiet frames do not change the gain any more.
+bool limiter_channel_pair::is_at_rest() const noexcept {
     const double_pair aim = next_aim(aim_, both(aim_take));
-    return all_equal(aim, aim_) && all_equal(next_gain(gain_, aim), gain_);
+    return !any_greater(larger(round_peak_, peaks_to_end_[place_ + 1]), both(ceiling)) && all_equal(aim, aim_) &&
+           all_equal(next_gain(gain_, aim), gain_);
 }
 
-/// Whether no frame in the delay or in the run is above the ceiling.
+/// The same as `limit` while the limiter is at rest and up to the first frame above the ceiling or shortly before it.
+/// Answers the frames done.
 template <class Lanes>
-bool limiter_channel_pair::is_run_quiet(const double* first, std::size_t frames, std::size_t channels) const noexcept {
-    double_pair even = larger(round_peak_, peaks_to_end_[place_ + 1]);
-    double_pair odd = even;
-    for (; frames >= 2; frames -= 2) {
-        even = larger(magnitude(Lanes::load(first)), even);
-        odd = larger(magnitude(Lanes::load(first + channels)), odd);
-        first += 2 * channels;
+std::size_t limiter_channel_pair::scale_while_quiet(double* first, std::size_t frames, std::size_t channels) noexcept {
+    constexpr std::size_t batch = 8;
+    std::size_t done = 0;
+    while (frames - done >= batch && scale_if_quiet<Lanes, batch>(first + done * channels, channels)) {
+        done += batch;
     }
-    if (frames != 0) {
-        even = larger(magnitude(Lanes::load(first)), even);
+    while (done < frames && scale_if_quiet<Lanes, 1>(first + done * channels, channels)) {
+        ++done;
     }
-    return !any_greater(larger(even, odd), both(ceiling));
+    return done;
 }
 
-/// The same as `limit` for a quiet run with a settled gain.
-template <class Lanes>
-void limiter_channel_pair::scale(double* first, std::size_t frames, std::size_t channels) noexcept {
-    for (std::size_t place = place_; place < place_ + frames; ++place) {
-        delay_[place] = Lanes::load(first);
-        Lanes::store(first, gain_ * delay_[(place + 1) % round_frames]);
-        first += channels;
+/// Loads all before it stores anything: stores and loads that take turns at addresses a multiple of 4096 bytes apart
+/// wait for each other, and one round of stereo is 4096 bytes long.
+template <class Lanes, std::size_t Frames>
+bool limiter_channel_pair::scale_if_quiet(double* first, std::size_t channels) noexcept {
+    std::array<double_pair, Frames> newest;
+    std::array<double_pair, Frames> oldest;
+    double_pair peak{};
+    for (std::size_t i = 0; i < Frames; ++i) {
+        newest[i] = Lanes::load(first + i * channels);
+        oldest[i] = delay_[place_ + i + 1];
+        peak = larger(magnitude(newest[i]), peak);
     }
+    if (any_greater(peak, both(ceiling))) {
+        return false;
+    }
+    for (std::size_t i = 0; i < Frames; ++i) {
+        Lanes::store(first + i * channels, gain_ * oldest[i]);
+        delay_[place_ + i] = newest[i];
+    }
+    place_ += Frames;
+    return true;
 }
 
 template <class Lanes>
@@ -103,14 +115,14 @@ void limiter_channel_pair::limit(double* first, std::size_t frames, std::size_t 
     double_pair round_peak = round_peak_;
     double_pair gain = gain_;
     double_pair aim = aim_;
-    for (std::size_t place = place_; place < place_ + frames; ++place) {
+    for (const std::size_t end = place_ + frames; place_ < end; ++place_) {
         const double_pair newest = Lanes::load(first);
-        delay_[place] = newest;
+        delay_[place_] = newest;
         round_peak = larger(magnitude(newest), round_peak);
-        const double_pair peak = larger(larger(round_peak, peaks_to_end_[place + 1]), top);
+        const double_pair peak = larger(larger(round_peak, peaks_to_end_[place_ + 1]), top);
         aim = next_aim(aim, both(aim_take) / peak);
         gain = next_gain(gain, aim);
-        const double_pair oldest = delay_[(place + 1) % round_frames];
+        const double_pair oldest = delay_[place_ + 1];
         const double_pair level = gain * magnitude(oldest);
         if (any_greater(level, top)) {
             gain = choose_where_greater(level, top, top / magnitude(oldest), gain);

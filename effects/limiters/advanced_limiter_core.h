@@ -45,15 +45,15 @@ private:
     template <class Lanes>
     void process(double* first, std::size_t frames, std::size_t channels) noexcept;
     template <class Lanes>
-    bool is_run_quiet(const double* first, std::size_t frames, std::size_t channels) const noexcept;
-    template <class Lanes>
-    void scale(double* first, std::size_t frames, std::size_t channels) noexcept;
+    std::size_t scale_while_quiet(double* first, std::size_t frames, std::size_t channels) noexcept;
+    template <class Lanes, std::size_t Frames>
+    bool scale_if_quiet(double* first, std::size_t channels) noexcept;
     template <class Lanes>
     void limit(double* first, std::size_t frames, std::size_t channels) noexcept;
-    bool is_settled() const noexcept;
+    bool is_at_rest() const noexcept;
     void end_round() noexcept;
 
-    std::array<double_pair, round_frames> delay_{};            ///< ring
+    std::array<double_pair, round_frames + 1> delay_{};        ///< ring, with its first frame again behind its last
     std::array<double_pair, round_frames + 1> peaks_to_end_{}; ///< of the last round: from this place on
     std::size_t place_ = 0;                                    ///< in the ring and in the round
     double_pair round_peak_{};                                 ///< of this round so far

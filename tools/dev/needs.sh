@@ -10,7 +10,7 @@ declare -A packages_of=(
     [test]="python3-pytest python3-numpy binutils ffmpeg sox"
     [format]="clang-format git python3"
     [lint]="clang-tidy"
-    [bench]="libbenchmark-dev"
+    [bench]="libbenchmark-dev libavfilter-dev"
     [run]="extremetuxracer-data"
     [pictures]="imagemagick xdotool"
 )
