@@ -1,122 +1,63 @@
 #include "bench/effects_bench.h"
 
+#include "bench/bench_blocks.h"
 #include "host/module/effect_catalogue.h"
-#include "host/objects/block_list.h"
 
 #include <benchmark/benchmark.h>
 
-#include <cstdint>
 #include <map>
-#include <random>
-#include <string>
-#include <vector>
 
 namespace bench {
 
 namespace {
 
-constexpr std::uint32_t rate_hz = 44100;
-constexpr std::size_t block_frames = 4096;
-
-struct layout {
-    std::uint32_t channels;
-    std::uint32_t channel_mask;
-    std::string name;
+/// An input, and the settings that make the effect change it; the default preset when there are none.
+struct effect_case {
+    material input;
+    std::vector<std::uint8_t> payload;
 };
 
-const layout mono{1, 0x4, "mono"};
-const layout stereo{2, 0x3, "stereo"};
-const layout surround{6, 0x3F, "5.1"};
-
-/// What each effect is fed with: a layout that it changes. Others get stereo.
-const std::map<std::string, layout> layouts{
-    {"Convert mono to stereo", mono},
-    {"Downmix channels to stereo", surround},
-    {"Downmix channels to mono", surround},
+/// Effects that are not listed get stereo.
+const std::multimap<std::string, effect_case> cases{
+    {"Convert mono to stereo", {mono, {}}},
+    {"Downmix channels to stereo", {surround, {}}},
+    {"Downmix channels to mono", {surround, {}}},
+    {"Upmix to 7.1", {stereo, {}}},
+    {"Upmix to 7.1", {surround, {}}},
+    {"layout_converter", {surround, {0x3, 0, 0, 0}}},
+    {"layout_converter", {surround_7_1, {0x3F, 0, 0, 0}}},
+    {"layout_limiter", {surround_7_1, {0x3F, 0, 0, 0}}},
+    {"Advanced Limiter", {stereo_below_full_scale, {}}},
+    {"Advanced Limiter", {stereo_above_full_scale, {}}},
+    {"Advanced Limiter", {surround_below_full_scale, {}}},
+    {"Advanced Limiter", {surround_above_full_scale, {}}},
+    {"Skip Silence", {stereo, {}}},
+    {"Skip Silence", {stereo_silent, {}}},
 };
 
-const layout& layout_for(const std::string& effect) {
-    const auto found = layouts.find(effect);
-    return found == layouts.end() ? stereo : found->second;
-}
-
-std::vector<double> noise(std::size_t samples, double peak) {
-    std::mt19937_64 random(1);
-    std::uniform_real_distribution<double> uniform(-peak, peak);
-    std::vector<double> made(samples);
-    for (double& sample : made) {
-        sample = uniform(random);
+std::vector<effect_case> cases_of(const std::string& effect) {
+    std::vector<effect_case> found;
+    const auto [first, last] = cases.equal_range(effect);
+    for (auto entry = first; entry != last; ++entry) {
+        found.push_back(entry->second);
     }
-    return made;
+    return found.empty() ? std::vector<effect_case>{{stereo, {}}} : found;
 }
 
-/// One block that is filled again for each iteration.
-class refilled_block {
-public:
-    explicit refilled_block(const layout& format, double peak = 1.0)
-        : format_(format), source_(noise(block_frames * format.channels, peak)) {}
-
-    host::block_list& fill() {
-        while (list_.get_count() > 1) { // what an effect emitted
-            list_.remove_item(list_.get_count() - 1);
+void register_case(const host::effect_entry& effect, const effect_case& measured) {
+    const auto run = [&effect, measured](benchmark::State& state) {
+        host::preset settings = effect.default_preset;
+        if (!measured.payload.empty()) {
+            settings.set_data(measured.payload.data(), measured.payload.size());
         }
-        if (list_.get_count() == 0) {
-            list_.append(host::block(source_, rate_hz, format_.channels, format_.channel_mask));
-        }
-        host::block& block = list_.at(0);
-        block.set_data_size(source_.size());
-        std::copy(source_.begin(), source_.end(), block.get_data());
-        block.set_sample_rate(rate_hz);
-        block.set_channels(format_.channels, format_.channel_mask);
-        block.set_sample_count(block_frames);
-        return list_;
-    }
-
-private:
-    layout format_;
-    std::vector<double> source_;
-    host::block_list list_;
-};
-
-void count_speed(benchmark::State& state) {
-    const double seconds = static_cast<double>(state.iterations()) * block_frames / rate_hz;
-    state.counters["x_real_time"] = benchmark::Counter(seconds, benchmark::Counter::kIsRate);
-}
-
-void register_copy(const layout& format) {
-    benchmark::RegisterBenchmark(("copy/" + format.name).c_str(), [format](benchmark::State& state) {
-        refilled_block block(format);
-        for (auto _ : state) {
-            benchmark::DoNotOptimize(block.fill().at(0).get_data());
-            benchmark::ClobberMemory();
-        }
-        count_speed(state);
-    });
-}
-
-void register_effect(const host::effect_entry& effect) {
-    const layout& format = layout_for(effect.name);
-    benchmark::RegisterBenchmark((effect.name + "/" + format.name).c_str(), [&](benchmark::State& state) {
-        const auto instance = host::instantiate(effect, effect.default_preset);
-        refilled_block block(layout_for(effect.name));
+        const auto instance = host::instantiate(effect, settings);
+        refilled_block block(measured.input);
         for (auto _ : state) {
             instance->run(&block.fill(), nullptr, 0);
         }
         count_speed(state);
-    });
-}
-
-/// Below the threshold, where the effect has more to do than to pass segments on.
-void register_silence(const host::effect_entry& effect) {
-    constexpr double silent_peak = 1e-4;
-    benchmark::RegisterBenchmark((effect.name + ", silence/" + stereo.name).c_str(), [&](benchmark::State& state) {
-        const auto instance = host::instantiate(effect, effect.default_preset);
-        refilled_block block(stereo, silent_peak);
-        for (auto _ : state) {
-            instance->run(&block.fill(), nullptr, 0);
-        }
-        count_speed(state);
-    });
+    };
+    benchmark::RegisterBenchmark((effect.name + "/" + measured.input.name).c_str(), run);
 }
 
 } // namespace
@@ -125,13 +66,11 @@ void register_effects(const std::filesystem::path& module_file) {
     // Both live until the program ends: the benchmarks run later.
     static const host::loaded_module module(module_file, nullptr);
     static const host::effect_catalogue catalogue(module);
-    for (const layout& format : {mono, stereo, surround}) {
-        register_copy(format);
-    }
     for (const host::effect_entry& effect : catalogue.effects()) {
-        register_effect(effect);
+        for (const effect_case& measured : cases_of(effect.name)) {
+            register_case(effect, measured);
+        }
     }
-    register_silence(catalogue.find("Skip Silence"));
 }
 
 } // namespace bench

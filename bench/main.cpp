@@ -1,6 +1,7 @@
 // kelvane-bench: speed of the built module, as a ratio to a peer in the same run. Takes Google Benchmark's options, and
 // has its repetitions and their interleaving set to what a noisy machine needs.
 #include "bench/effects_bench.h"
+#include "bench/peers_bench.h"
 #include "bench/speed_table.h"
 
 #include <benchmark/benchmark.h>
@@ -17,7 +18,7 @@ int main(int count, char** arguments) {
     int all_count = static_cast<int>(all.size());
     benchmark::Initialize(&all_count, all.data());
     bench::register_effects(std::filesystem::read_symlink("/proc/self/exe").parent_path() / "kelvane.so");
-    bench::speed_table table;
+    bench::speed_table table(bench::register_peers());
     benchmark::RunSpecifiedBenchmarks(&table);
     return 0;
 }

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
 #include <limits>
 
 namespace bench {
@@ -12,7 +13,7 @@ std::string subject_of(const std::string& name) {
     return name.substr(0, name.rfind('/'));
 }
 
-std::string layout_of(const std::string& name) {
+std::string input_of(const std::string& name) {
     return name.substr(name.rfind('/') + 1);
 }
 
@@ -35,23 +36,39 @@ void speed_table::ReportRuns(const std::vector<Run>& runs) {
     }
 }
 
-double speed_table::peer_ns(const std::string& layout) const {
+/// Not a number for what was not measured.
+double speed_table::median_ns(const std::string& subject, const std::string& input) const {
     for (const auto& [index, measured] : results_) {
-        if (measured.name == "copy/" + layout) {
+        if (measured.name == subject + "/" + input) {
             return measured.median_ns;
         }
     }
     return std::numeric_limits<double>::quiet_NaN();
 }
 
-void speed_table::Finalize() {
-    fmt::print("| effect | input | speed (x real time) | time (x a copy of the blocks) | spread |\n"
+void speed_table::print_speeds() const {
+    fmt::print("| effect or peer | input | speed (x real time) | time (x a copy of the blocks) | spread |\n"
                "|---|---|---|---|---|\n");
     for (const auto& [index, measured] : results_) {
-        const std::string layout = layout_of(measured.name);
-        fmt::print("| {} | {} | {:.0f} | {:.1f} | {:.0f} % |\n", subject_of(measured.name), layout,
-                   measured.x_real_time, measured.median_ns / peer_ns(layout), 100.0 * measured.spread);
+        const std::string input = input_of(measured.name);
+        fmt::print("| {} | {} | {:.0f} | {:.1f} | {:.0f} % |\n", subject_of(measured.name), input, measured.x_real_time,
+                   measured.median_ns / median_ns("copy", input), 100.0 * measured.spread);
     }
+}
+
+void speed_table::print_comparisons() const {
+    fmt::print("\n| effect | input | peer | speed (x the peer's) |\n|---|---|---|---|\n");
+    for (const comparison& pair : comparisons_) {
+        const double ratio = median_ns(pair.peer, pair.input) / median_ns(pair.effect, pair.input);
+        if (!std::isnan(ratio)) {
+            fmt::print("| {} | {} | {} | {:.2f} |\n", pair.effect, pair.input, pair.peer, ratio);
+        }
+    }
+}
+
+void speed_table::Finalize() {
+    print_speeds();
+    print_comparisons();
 }
 
 } // namespace bench

@@ -1,5 +1,7 @@
-// The results as a table for people.
+// The results as tables for people.
 #pragma once
+
+#include "bench/peers_bench.h"
 
 #include <benchmark/benchmark.h>
 
@@ -10,11 +12,13 @@
 
 namespace bench {
 
-/// Prints a Markdown table: each effect's speed and its time as a multiple of the peer's for the same layout, both the
-/// median of the run's repetitions, and the spread (standard deviation over mean). Names are "subject/layout"; the
-/// subject "copy" is the peer.
+/// Prints two Markdown tables of medians of the run's repetitions: the speed of each effect and peer, its time as a
+/// multiple of a copy's of the same input, and the spread (standard deviation over mean); and the speed of each effect
+/// as a multiple of its peer's. Names are "subject/input"; the subject "copy" is the copy.
 class speed_table final : public benchmark::BenchmarkReporter {
 public:
+    explicit speed_table(std::vector<comparison> comparisons) : comparisons_(std::move(comparisons)) {}
+
     bool ReportContext(const Context& context) override;
     void ReportRuns(const std::vector<Run>& runs) override;
     void Finalize() override;
@@ -27,8 +31,11 @@ private:
         double x_real_time = 0.0;
     };
 
-    double peer_ns(const std::string& layout) const;
+    double median_ns(const std::string& subject, const std::string& input) const;
+    void print_speeds() const;
+    void print_comparisons() const;
 
+    std::vector<comparison> comparisons_;
     std::map<std::int64_t, result> results_; ///< by the order of registration
 };
 

@@ -1,5 +1,6 @@
 #include "effects/effect_settings.h"
 
+#include "effects/channels/layout_words.h"
 #include "effects/crossfeed/crossfeed_words.h"
 #include "effects/silence/silence_words.h"
 
@@ -12,6 +13,8 @@ namespace kelvane {
 const settings_words* find_settings_words(const velmora::guid& effect) {
     static const auto all = [] {
         std::vector<std::unique_ptr<settings_words>> made;
+        made.push_back(layout_converter_words());
+        made.push_back(layout_limiter_words());
         made.push_back(crossfeed_words());
         made.push_back(silence_words());
         return made;

@@ -55,17 +55,13 @@ std::span<double> mutable_samples_of(velmora::sample_block& block) {
 
 void rewrite_block(velmora::sample_block& block, const double* samples, std::size_t frames, std::uint32_t channels,
                    std::uint32_t channel_mask) {
-    const std::uint32_t rate_hz = block.get_sample_rate();
-    const std::size_t count = frames * channels;
-    block.set_data_size(count);
-    if (samples != nullptr) {
-        std::copy_n(samples, count, block.get_data());
-    } else {
-        std::fill_n(block.get_data(), count, 0.0);
-    }
-    block.set_sample_count(frames);
-    block.set_channels(channels, channel_mask);
-    block.set_sample_rate(rate_hz);
+    rewrite_block(block, frames, channels, channel_mask, [samples](std::span<double> filled) {
+        if (samples != nullptr) {
+            std::copy_n(samples, filled.size(), filled.begin());
+        } else {
+            std::fill(filled.begin(), filled.end(), 0.0);
+        }
+    });
 }
 
 void fill_block(velmora::sample_block& block, std::span<const double> samples, const stream_format& format) {

@@ -46,9 +46,21 @@ std::span<const double> samples_of(velmora::sample_block& block);
 /// The block's samples, interleaved, for writing in place. Only for a block that `has_samples`.
 std::span<double> mutable_samples_of(velmora::sample_block& block);
 
-/// Gives the block new samples in another layout, at its old rate. `samples` holds frames × channels values and must
-/// not lie in the block; without any (null) the block is filled with silence. Throws a bad allocation of the host and
-/// then leaves the block as it was.
+/// Gives the block new samples in another layout, at its old rate. `write` gets the block's buffer, a span of frames ×
+/// channels samples whose values count for nothing, and fills it. Throws a bad allocation of the host and then leaves
+/// the block as it was.
+template <class Write>
+void rewrite_block(velmora::sample_block& block, std::size_t frames, std::uint32_t channels,
+                   std::uint32_t channel_mask, Write write) {
+    const std::uint32_t rate_hz = block.get_sample_rate();
+    block.set_data_size(frames * channels);
+    write(std::span<double>(block.get_data(), frames * channels));
+    block.set_sample_count(frames);
+    block.set_channels(channels, channel_mask);
+    block.set_sample_rate(rate_hz);
+}
+
+/// The same with samples that lie ready, and not in the block; without any (null) the block is filled with silence.
 void rewrite_block(velmora::sample_block& block, const double* samples, std::size_t frames, std::uint32_t channels,
                    std::uint32_t channel_mask);
 

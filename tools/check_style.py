@@ -14,6 +14,7 @@ CODE_NAMES = {"CMakeLists.txt", "dev", "run"}
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 STANDARD_HEADER = re.compile(r"^[a-z_0-9]+$")
 FREESTANDING_HEADERS = {"stddef.h", "stdint.h"}
+VECTOR_HEADERS = {"emmintrin.h"}  # of the vectors that every processor of the platform has
 
 PROJECT_FOLDERS = {"velmora", "quillet", "frame", "effects", "host", "resources", "tests", "bench"}
 # What the products' folders may include; tests and benchmarks may include all.
@@ -65,7 +66,7 @@ def core_include_fault(target, quoted):
     if quoted:
         allowed = target == "velmora/channel_mask.h" or is_effect_file(target, "core")
     else:
-        allowed = STANDARD_HEADER.match(target)
+        allowed = STANDARD_HEADER.match(target) or target in VECTOR_HEADERS
     return None if allowed else f"an effect's core does not include {target}"
 
 

@@ -1,5 +1,6 @@
 #include "host/module/effect_catalogue.h"
 
+#include "effects/channels/layout_settings.h"
 #include "host/module/guid_text.h"
 #include "host/objects/text.h"
 
@@ -52,6 +53,33 @@ effect_entry describe(service_ptr<velmora::effect_factory> factory) {
     return entry;
 }
 
+template <class Settings>
+effect_entry hidden_effect(const char* name) {
+    effect_entry entry;
+    entry.name = name;
+    entry.identity = Settings::identity;
+    entry.default_preset.set_owner(&Settings::identity);
+    const auto payload = Settings{}.write();
+    entry.default_preset.set_data(payload.data(), payload.size());
+    return entry;
+}
+
+/// An effect that this host does not know goes by its GUID and has an empty default preset.
+effect_entry describe(service_ptr<velmora::layout_effect_factory> factory) {
+    effect_entry entry;
+    factory->get_identity(&entry.identity);
+    if (entry.identity == kelvane::layout_converter_settings::identity) {
+        entry = hidden_effect<kelvane::layout_converter_settings>("layout_converter");
+    } else if (entry.identity == kelvane::layout_limiter_settings::identity) {
+        entry = hidden_effect<kelvane::layout_limiter_settings>("layout_limiter");
+    } else {
+        entry.name = to_text(entry.identity);
+        entry.default_preset.set_owner(&entry.identity);
+    }
+    entry.hidden_factory = std::move(factory);
+    return entry;
+}
+
 std::string names_of(const std::vector<const effect_entry*>& entries) {
     std::vector<std::string> quoted;
     quoted.reserve(entries.size());
@@ -63,12 +91,18 @@ std::string names_of(const std::vector<const effect_entry*>& entries) {
 
 } // namespace
 
+bool effect_entry::instantiate(velmora::effect_instance** out, const velmora::effect_preset& settings) const {
+    return is_hidden() ? hidden_factory->instantiate(out, &settings) : factory->instantiate(out, &settings);
+}
+
 effect_catalogue::effect_catalogue(const loaded_module& module) {
     ask_module("the list of effects", [&] {
         for (velmora::service_factory* const record : module.services()) {
             const auto service = instance_of(*record);
             if (auto factory = query_as<velmora::effect_factory>(*service)) {
                 effects_.push_back(describe(std::move(factory)));
+            } else if (auto hidden = query_as<velmora::layout_effect_factory>(*service)) {
+                effects_.push_back(describe(std::move(hidden)));
             }
         }
     });
@@ -98,7 +132,7 @@ const effect_entry& effect_catalogue::find(std::string_view name) const {
 
 service_ptr<velmora::effect_instance> instantiate(const effect_entry& effect, const preset& settings) {
     velmora::effect_instance* made = nullptr;
-    const auto instantiate = [&] { return effect.factory->instantiate(&made, &settings); };
+    const auto instantiate = [&] { return effect.instantiate(&made, settings); };
     if (!ask_module(fmt::format("\"{}\"", effect.name), instantiate)) {
         throw preset_error(fmt::format("\"{}\" refuses the preset", effect.name));
     }

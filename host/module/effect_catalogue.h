@@ -6,6 +6,7 @@
 #include "host/objects/preset.h"
 #include "velmora/effect_factory.h"
 #include "velmora/effect_instance.h"
+#include "velmora/layout_effect_factory.h"
 
 #include <string>
 #include <string_view>
@@ -13,13 +14,19 @@
 
 namespace host {
 
-/// One named effect.
+/// One effect. A hidden one is known to the host by its GUID alone; its name and default preset are the host's.
 struct effect_entry {
     std::string name;
     velmora::guid identity{};
     bool has_dialog = false;
     preset default_preset;
-    service_ptr<velmora::effect_factory> factory;
+    service_ptr<velmora::effect_factory> factory;               ///< null for a hidden effect
+    service_ptr<velmora::layout_effect_factory> hidden_factory; ///< null for a named one
+
+    bool is_hidden() const noexcept { return hidden_factory != nullptr; }
+
+    /// Asks the factory for an instance; answers and out reference are the factory's.
+    bool instantiate(velmora::effect_instance** out, const velmora::effect_preset& settings) const;
 };
 
 /// No effect, or more than one, goes by the name; the text says so.

@@ -41,6 +41,7 @@ nlohmann::ordered_json as_json(const effect_entry& effect) {
     return {
         {"name", effect.name},
         {"guid", to_text(effect.identity)},
+        {"is_hidden", effect.is_hidden()},
         {"has_dialog", effect.has_dialog},
         {"default_preset",
          {{"owner", to_text(effect.default_preset.owner())}, {"payload", to_hex(effect.default_preset.payload())}}}};

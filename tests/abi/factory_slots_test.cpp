@@ -49,6 +49,9 @@ TEST(FactorySlots, EffectsAreFoundByIdentityAndName) {
         {"{E24420A0-5DC6-4EE1-8AE2-02452E8D8DFB}", "Move stereo to rear channels"},
         {"{CB592C20-2E33-4972-925F-3FBB6BDBA9BF}", "Hard -6dB limiter"},
         {"{0860E415-B70D-4453-AFE7-A0964C4B162F}", "Skip Silence"},
+        {"{11B13A25-C282-41F6-B1F0-CEB7ECBCEAA8}", "Advanced Limiter"},
+        {"{ABA20225-956A-45D9-93D6-9FDC8B9B4633}", "Upmix to 5.1"},
+        {"{66131A69-35E4-4323-83B0-0737595D8507}", "Upmix to 7.1"},
         {"{D487D723-FD8C-4106-9023-5620AEA0A885}", "Meier Crossfeed"},
     };
     for (const auto& [identity, name] : effects) {

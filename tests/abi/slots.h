@@ -34,6 +34,11 @@ inline constexpr std::size_t has_settings_dialog = 7;
 inline constexpr std::size_t edit_settings = 8;
 } // namespace factory_slot
 
+namespace layout_factory_slot {
+inline constexpr std::size_t instantiate = 3;
+inline constexpr std::size_t get_identity = 4;
+} // namespace layout_factory_slot
+
 namespace instance_slot {
 inline constexpr std::size_t run = 3;
 inline constexpr std::size_t flush = 4;
@@ -43,6 +48,7 @@ inline constexpr std::size_t run_abortable = 7;
 inline constexpr std::size_t on_track_end = 8;
 inline constexpr std::size_t on_playback_end = 9;
 inline constexpr std::size_t on_block = 10;
+inline constexpr std::size_t rebuild_matrix = 11; ///< of matrix effects only
 } // namespace instance_slot
 
 namespace version_slot {
@@ -58,6 +64,7 @@ inline constexpr std::size_t is_file_name_expected = 3;
 
 namespace class_id {
 inline constexpr std::string_view effect_factory = "{0D048731-8AA8-4704-8AD6-189E24D48C88}";
+inline constexpr std::string_view layout_effect_factory = "{E3F0C95F-7A0B-48BC-9658-71A469688876}";
 inline constexpr std::string_view effect_instance = "{9FB1DA49-AF6F-4FD2-9C73-48A8A109003B}";
 inline constexpr std::string_view abortable_effect_instance = "{2A42AFEA-940B-455B-AEFF-CFDACAF52AFF}";
 inline constexpr std::string_view component_version = "{10BB3EBD-DDF7-4975-A3CC-23084829453E}";

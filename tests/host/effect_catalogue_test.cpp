@@ -26,6 +26,10 @@ TEST(EffectCatalogue, FindsByNameGuidAndAbbreviation) {
         {"mono to", "Convert mono to stereo"},
         {"conv 4", "Convert stereo to 4 channels"},
         {"rear", "Move stereo to rear channels"},
+        {"up 7", "Upmix to 7.1"},
+        {"layout_converter", "layout_converter"},
+        {"layout_l", "layout_limiter"},
+        {"{b3bdc598-c578-4662-8288-d177b2155db2}", "layout_converter"},
     };
     for (const row& line : table) {
         EXPECT_EQ(built_effects().find(line.typed).name, line.name) << line.typed;
@@ -40,6 +44,16 @@ TEST(EffectCatalogue, SaysWhenNothingOrMoreThanOneFits) {
     for (const auto* const typed : {"", " ", "mono down", "{00000000-0000-0000-0000-000000000000}"}) {
         EXPECT_THROW(built_effects().find(typed), host::effect_name_error) << typed;
     }
+}
+
+TEST(EffectCatalogue, HiddenEffectsHaveNamesAndPresetsOfTheHosts) {
+    const auto& effect = built_effects().find("layout_converter");
+    EXPECT_TRUE(effect.is_hidden());
+    EXPECT_FALSE(effect.has_dialog);
+    EXPECT_EQ(effect.default_preset.owner(), effect.identity);
+    EXPECT_EQ(effect.default_preset.payload().size(), 4U);
+    EXPECT_NE(host::instantiate(effect, effect.default_preset), nullptr);
+    EXPECT_FALSE(built_effects().find("hard").is_hidden());
 }
 
 TEST(EffectCatalogue, ARefusedPresetIsSaid) {

@@ -128,10 +128,60 @@ TEST(WordedSettings, AnEffectWithoutSettingsHasNone) {
     EXPECT_EQ(thrown_text<settings_error>([&] { change_settings(settings, "a=b"); }), "the effect has no settings");
 }
 
-TEST(SettingsCatalogue, HasTheWordsOfEveryEffectWithADialog) {
+std::string mask_after(const std::string& words) {
+    preset settings = built_effects().find("layout_converter").default_preset;
+    change_settings(settings, words);
+    return describe_settings(settings).at(0).value;
+}
+
+TEST(WordedSettings, ALayoutHasNamesAndAMask) {
+    struct row {
+        const char* typed;
+        const char* shown;
+    };
+    const row table[] = {
+        {"mono", "mono"},
+        {"1.0", "mono"},
+        {"stereo", "stereo"},
+        {"2.0", "stereo"},
+        {"Stereo", "stereo"},
+        {"2.1", "2.1"},
+        {"3.0", "3.0"},
+        {"4.0", "quad"},
+        {"QUAD", "quad"},
+        {"4.1", "4.1"},
+        {"5.0", "5.0"},
+        {"5.1", "5.1"},
+        {"5.1(back)", "5.1"},
+        {"5.1 (side)", "5.1 (side)"},
+        {"5.1side", "5.1 (side)"},
+        {"6.1", "6.1"},
+        {"7.1", "7.1"},
+        {"rear", "rear pair"},
+        {"rear pair", "rear pair"},
+        {"0x3", "stereo"},
+        {"0X60f", "5.1 (side)"},
+        {"0xfFfFfFfF", "0xFFFFFFFF"},
+        {"0x0", "0x0"},
+        {"0xa1", "0xA1"},
+    };
+    for (const row& line : table) {
+        EXPECT_EQ(mask_after(std::string("mask=") + line.typed), line.shown) << line.typed;
+    }
+}
+
+TEST(WordedSettings, WhatIsNoLayoutIsRefused) {
+    for (const auto* const typed : {"", "9.9", "3", "0x", "x3", "0x100000000", "0x3 ", "0xg", "-0x3", "0x-3", "5.1s"}) {
+        EXPECT_THAT(thrown_text<settings_error>([&] { mask_after(std::string("mask=") + typed); }),
+                    testing::AllOf(testing::StartsWith("mask takes mono, stereo, "), testing::HasSubstr("0x60F")))
+            << typed;
+    }
+}
+
+TEST(SettingsCatalogue, HasTheWordsOfEveryEffectWithSettings) {
     for (const effect_entry& effect : built_effects().effects()) {
         const kelvane::settings_words* const words = kelvane::find_settings_words(effect.identity);
-        ASSERT_EQ(words != nullptr, effect.has_dialog) << effect.name;
+        ASSERT_EQ(words != nullptr, effect.has_dialog || effect.is_hidden()) << effect.name;
         if (words != nullptr) {
             EXPECT_EQ(words->defaults(), effect.default_preset.payload()) << effect.name;
         }
@@ -146,7 +196,7 @@ TEST(SettingsCatalogue, NoPayloadOfRandomBytesDoesHarm) {
             std::vector<std::uint8_t> payload(testing_support::pick(random, 0, round % 3 == 0 ? 65536 : 40));
             std::generate(payload.begin(), payload.end(), [&] { return static_cast<std::uint8_t>(random()); });
             fuzzed.set_data(payload.data(), payload.size());
-            EXPECT_EQ(describe_settings(fuzzed).empty(), !effect.has_dialog) << effect.name;
+            EXPECT_EQ(describe_settings(fuzzed).empty(), !(effect.has_dialog || effect.is_hidden())) << effect.name;
         }
     }
 }

@@ -15,7 +15,7 @@ struct stretch {
     block_format format;
     std::vector<double> samples;
 
-    std::size_t frames() const { return samples.size() / format.channels; }
+    std::size_t frames() const { return format.channels == 0 ? 0 : samples.size() / format.channels; }
 };
 
 using programme = std::vector<stretch>;

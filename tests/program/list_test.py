@@ -24,7 +24,8 @@ def test_list_is_a_table_in_host_order(host):
 
 def test_list_as_json_says_the_same(host):
     assert json.loads(host.output_of("list", "--json")) == [
-        {"name": effect.name, "guid": effect.guid, "has_dialog": effect.has_dialog,
+        {"name": effect.name, "guid": effect.guid, "is_hidden": effect.is_hidden,
+         "has_dialog": effect.has_dialog,
          "default_preset": {"owner": effect.guid, "payload": effect.payload}}
         for effect in EFFECTS
     ]

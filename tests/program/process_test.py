@@ -39,6 +39,28 @@ def fold(samples, weights):
     return sums
 
 
+def spread_to_5_1(samples):
+    return fold(samples, [(1, 0, 0.5, 0, 1, 0), (0, 1, 0.5, 0, 0, 1)])
+
+
+def spread_to_7_1(samples):
+    weights = np.eye(6, 8)
+    weights[[0, 4], 6] = weights[[1, 5], 7] = 0.5  # each side lies between its front and its back
+    return fold(samples, weights)
+
+
+def surround_to_stereo(samples):
+    weights = np.array([(1, 0), (0, 1), (0.5, 0.5), (0, 0), (1, 0), (0, 1)])
+    return fold(samples, weights * (1.0 / 2.5))
+
+
+def without_back(samples):
+    """From 7.1: what comes from the back goes to the sides."""
+    weights = np.eye(8)[:, [0, 1, 2, 3, 6, 7]]
+    weights[4, 4] = weights[5, 5] = 1.0
+    return fold(samples, weights * 0.5)
+
+
 EFFECT_CASES = {
     "Reverse stereo channels": ("stereo", "stereo", lambda samples: samples[:, ::-1]),
     "Convert mono to stereo": ("mono", "stereo", lambda samples: samples[:, [0, 0]]),
@@ -46,6 +68,11 @@ EFFECT_CASES = {
     "Move stereo to rear channels": ("stereo", "2 channels (BL+BR)", lambda samples: samples),
     "Downmix channels to stereo": ("5.1", "stereo", lambda samples: to_stereo(samples, "5.1")),
     "Downmix channels to mono": ("7.1", "mono", lambda samples: to_mono(samples, "7.1")),
+    "Upmix to 5.1": ("stereo", "5.1", spread_to_5_1),
+    "Upmix to 7.1": ("5.1", "7.1", spread_to_7_1),
+    "layout_converter:mask=2.0": ("5.1", "stereo", surround_to_stereo),
+    "layout_converter:mask=0x3": ("5.1", "stereo", surround_to_stereo),
+    "layout_limiter:mask=5.1 (side)": ("7.1", "5.1(side)", without_back),
 }
 CHANNELS = {"mono": 1, "stereo": 2, "5.1": 6, "7.1": 8}
 
@@ -75,6 +102,19 @@ def test_the_limiter_bends_what_is_above_half_of_full_scale(host):
     quiet = np.abs(samples) <= 0.5
     assert_same_bits(sound.samples[quiet], samples[quiet])
     np.testing.assert_allclose(sound.samples[~quiet], bent[~quiet], rtol=0.0, atol=2.0 ** -52)
+
+
+def test_the_look_ahead_limiter_keeps_length_place_and_full_scale(host):
+    samples = 4.0 * noise(30000, 2)
+    samples[:5000] *= 0.1
+    write(host.folder / "in.wav", samples)
+    sound = read(host.process("in.wav", "in.wav", "-e", "advanced", *F64)).samples
+    assert sound.shape == (60000, 2)
+    assert np.abs(sound).max() <= 1.0
+    np.testing.assert_allclose(sound[500:4500], samples[500:4500], rtol=1e-6)
+    gain = sound[6000:30000] / samples[6000:30000]
+    assert gain.min() > 0.2
+    assert gain.max() < 0.3  # a look-ahead of 255 frames always sees a peak near 4
 
 
 def test_without_effects_it_is_a_conversion(host):

@@ -26,7 +26,16 @@ def test_a_preset_file_is_made_shown_and_changed(host):
     assert "strength = -1\n" in host.output_of("settings", "meier", "file.json")
 
 
+def test_a_layout_is_told_by_name_or_mask(host):
+    assert "mask = stereo\n" in host.output_of("settings", "layout_converter")
+    host.output_of("preset", "make", "file.json", "layout_converter", "mask=5.1 (side)")
+    assert json.loads((host.folder / "file.json").read_text())["payload"] == "0F060000"
+    assert "mask = 5.1 (side)\n" in host.output_of("preset", "show", "file.json")
+
+
 @pytest.mark.parametrize("arguments, reason", [
+    (["preset", "make", "file.json", "layout_limiter", "mask=9.9"], "mask takes mono, stereo, "),
+    (["configure", "layout_limiter"], '"layout_limiter" has no settings dialog'),
     (["preset", "make", "file.json", "meier", "strength=loud"], 'strength takes'),
     (["preset", "make", "file.json", "meier", "power=1"], 'there is no setting "power"'),
     (["preset", "make", "file.json", "hard", "strength=1"], "the effect has no settings"),

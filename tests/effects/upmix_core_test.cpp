@@ -1,0 +1,127 @@
+#include "effects/channels/default_mask_core.h"
+#include "effects/channels/upmix_core.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <vector>
+
+namespace kelvane {
+namespace {
+
+using rows = std::vector<std::vector<double>>;
+
+rows rows_of(const channel_matrix& matrix) {
+    rows made(matrix.outputs(), std::vector<double>(matrix.inputs()));
+    for (std::size_t output = 0; output < matrix.outputs(); ++output) {
+        for (std::size_t input = 0; input < matrix.inputs(); ++input) {
+            made[output][input] = matrix.weight(output, input);
+        }
+    }
+    return made;
+}
+
+std::optional<rows> upmix(std::uint32_t input_mask, std::uint32_t target_mask) {
+    const auto matrix = make_upmix_matrix(input_mask, static_cast<std::size_t>(std::popcount(input_mask)), target_mask);
+    return matrix ? std::optional(rows_of(*matrix)) : std::nullopt;
+}
+
+TEST(Upmix, TheCommonLayoutsTo51) {
+    EXPECT_EQ(upmix(0x4, 0x3F), (rows{{1}, {1}, {1}, {0}, {1}, {1}}));
+    EXPECT_EQ(upmix(0x3, 0x3F), (rows{{1, 0}, {0, 1}, {0.5, 0.5}, {0, 0}, {1, 0}, {0, 1}}));
+    EXPECT_EQ(upmix(0x33, 0x3F),
+              (rows{{1, 0, 0, 0}, {0, 1, 0, 0}, {0.5, 0.5, 0, 0}, {0, 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}));
+}
+
+TEST(Upmix, TheCommonLayoutsTo71) {
+    EXPECT_EQ(upmix(0x4, 0x63F), (rows{{1}, {1}, {1}, {0}, {1}, {1}, {1}, {1}}));
+    EXPECT_EQ(upmix(0x3, 0x63F), (rows{{1, 0}, {0, 1}, {0.5, 0.5}, {0, 0}, {1, 0}, {0, 1}, {1, 0}, {0, 1}}));
+    EXPECT_EQ(upmix(0x33, 0x63F), (rows{{1, 0, 0, 0},
+                                        {0, 1, 0, 0},
+                                        {0.5, 0.5, 0, 0},
+                                        {0, 0, 0, 0},
+                                        {0, 0, 1, 0},
+                                        {0, 0, 0, 1},
+                                        {0.5, 0, 0.5, 0},
+                                        {0, 0.5, 0, 0.5}}));
+    EXPECT_EQ(upmix(0x3F, 0x63F), (rows{{1, 0, 0, 0, 0, 0},
+                                        {0, 1, 0, 0, 0, 0},
+                                        {0, 0, 1, 0, 0, 0},
+                                        {0, 0, 0, 1, 0, 0},
+                                        {0, 0, 0, 0, 1, 0},
+                                        {0, 0, 0, 0, 0, 1},
+                                        {0.5, 0, 0, 0, 0.5, 0},
+                                        {0, 0.5, 0, 0, 0, 0.5}}));
+}
+
+TEST(Upmix, ARearPairAloneLeavesTheFrontSilent) {
+    EXPECT_EQ(upmix(0x30, 0x3F), (rows{{0, 0}, {0, 0}, {0, 0}, {0, 0}, {1, 0}, {0, 1}}));
+}
+
+TEST(Upmix, OneFrontSpeakerIsItsSideAndTheOtherSideIsSilent) {
+    EXPECT_EQ(upmix(0x1, 0x3F), (rows{{1}, {0}, {0}, {0}, {1}, {0}}));
+    EXPECT_EQ(upmix(0x2, 0x63F), (rows{{0}, {1}, {0}, {0}, {0}, {1}, {0}, {1}}));
+    EXPECT_EQ(upmix(0x5, 0x3F), (rows{{1, 0}, {0, 1}, {0, 1}, {0, 0}, {1, 0}, {0, 1}})); // the centre stands in
+}
+
+TEST(Upmix, WhatTheTargetLacksIsNotDropped) {
+    EXPECT_FALSE(upmix(0x63F, 0x3F));
+    EXPECT_FALSE(upmix(0x60F, 0x3F));
+    EXPECT_FALSE(upmix(0x103, 0x3F)); // a back centre
+    EXPECT_FALSE(upmix(0x803, 0x63F));
+    EXPECT_FALSE(upmix(0x10B, 0x33)); // more than the centre is missing
+}
+
+// Other targets show the rules that the two effects never reach.
+TEST(Upmix, AFrontCentreWithoutAPlaceMayGo) {
+    EXPECT_EQ(upmix(0x4, 0x3), (rows{{1}, {1}}));
+    EXPECT_EQ(upmix(0x7, 0x33), (rows{{1, 0, 0}, {0, 1, 0}, {1, 0, 0}, {0, 1, 0}}));
+}
+
+TEST(Upmix, ABackCentreFeedsAnAbsentBackPair) {
+    EXPECT_EQ(upmix(0x103, 0x133), (rows{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, 1}, {0, 0, 1}}));
+}
+
+TEST(Upmix, ABackPairFeedsAnAbsentBackCentre) {
+    EXPECT_EQ(upmix(0x30, 0x130), (rows{{1, 0}, {0, 1}, {0.5, 0.5}}));
+    EXPECT_EQ(upmix(0x10, 0x110), (rows{{1}, {0}})); // half a pair is none
+}
+
+TEST(Upmix, TopSpeakersLieBetweenTheirPairs) {
+    EXPECT_EQ(upmix(0x5000, 0x7000), (rows{{1, 0}, {0.5, 0.5}, {0, 1}}));
+    EXPECT_EQ(upmix(0x28000, 0x38000), (rows{{1, 0}, {0.5, 0.5}, {0, 1}}));
+    EXPECT_EQ(upmix(0x3, 0x803), (rows{{1, 0}, {0, 1}, {0, 0}}));
+}
+
+TEST(Upmix, SpeakersBesideTheCentreRepeatTheirSide) {
+    EXPECT_EQ(upmix(0x3, 0xC3), (rows{{1, 0}, {0, 1}, {1, 0}, {0, 1}}));
+    EXPECT_EQ(upmix(0x4, 0xC4), (rows{{1}, {1}, {1}}));
+}
+
+TEST(Upmix, ChannelsWithoutASpeakerWeighNothing) {
+    const auto matrix = make_upmix_matrix(0, 32, 0x3F);
+    ASSERT_TRUE(matrix);
+    EXPECT_EQ(rows_of(*matrix), rows(6, std::vector<double>(32, 0.0)));
+}
+
+TEST(DefaultMask, IsTheUsualLayoutOrTheLowestBits) {
+    constexpr std::uint32_t masks[] = {0, 0x4, 0x3, 0xB, 0x33, 0x3B, 0x3F, 0x70F, 0x63F, 0x1FF, 0x6FF, 0x7FF, 0xFFF};
+    for (std::uint32_t channels = 0; channels < std::size(masks); ++channels) {
+        EXPECT_EQ(default_mask(channels), masks[channels]) << channels;
+    }
+    EXPECT_EQ(default_mask(31), 0x7FFFFFFFU);
+    EXPECT_EQ(default_mask(32), 0U);
+}
+
+TEST(DefaultMask, AMaskThatFitsTheCountStays) {
+    EXPECT_EQ(corrected_mask(0x30, 2), 0x30U);
+    EXPECT_EQ(corrected_mask(0xFFFFFFFF, 32), 0xFFFFFFFFU);
+    EXPECT_EQ(corrected_mask(0, 0), 0U);
+    EXPECT_EQ(corrected_mask(0, 2), 0x3U);
+    EXPECT_EQ(corrected_mask(0x3F, 8), 0x63FU);
+    EXPECT_EQ(corrected_mask(0x3, 9), 0x1FFU);
+    EXPECT_EQ(corrected_mask(0x3, 32), 0U);
+}
+
+} // namespace
+} // namespace kelvane
