@@ -6,6 +6,7 @@ extern "C" {
 #include <libavfilter/buffersrc.h>
 #include <libavutil/buffer.h>
 #include <libavutil/frame.h>
+#include <libavutil/mem.h>
 }
 
 #include <fmt/format.h>

@@ -64,14 +64,4 @@ void rewrite_block(velmora::sample_block& block, const double* samples, std::siz
     });
 }
 
-void fill_block(velmora::sample_block& block, std::span<const double> samples, const stream_format& format) {
-    if (block.get_data_size() < samples.size()) {
-        block.set_data_size(samples.size());
-    }
-    std::copy(samples.begin(), samples.end(), block.get_data());
-    block.set_channels(format.channels, format.channel_mask);
-    block.set_sample_rate(format.sample_rate_hz);
-    block.set_sample_count(samples.size() / format.channels);
-}
-
 } // namespace kelvane

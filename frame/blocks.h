@@ -50,8 +50,8 @@ std::span<double> mutable_samples_of(velmora::sample_block& block);
 /// channels samples whose values count for nothing, and fills it. Throws a bad allocation of the host and then leaves
 /// the block as it was.
 template <class Write>
-void rewrite_block(velmora::sample_block& block, std::size_t frames, std::uint32_t channels,
-                   std::uint32_t channel_mask, Write write) {
+void rewrite_block(velmora::sample_block& block, std::size_t frames, std::uint32_t channels, std::uint32_t channel_mask,
+                   Write write) {
     const std::uint32_t rate_hz = block.get_sample_rate();
     block.set_data_size(frames * channels);
     write(std::span<double>(block.get_data(), frames * channels));
@@ -64,7 +64,18 @@ void rewrite_block(velmora::sample_block& block, std::size_t frames, std::uint32
 void rewrite_block(velmora::sample_block& block, const double* samples, std::size_t frames, std::uint32_t channels,
                    std::uint32_t channel_mask);
 
-/// Fills a new block with whole frames of audio.
-void fill_block(velmora::sample_block& block, std::span<const double> samples, const stream_format& format);
+/// Fills a new block with audio. `write` gets the block's buffer, a span of `frames` × channels samples whose values
+/// count for nothing, and fills it. Throws a bad allocation of the host, before `write` is called.
+template <class Write>
+void fill_block(velmora::sample_block& block, std::size_t frames, const stream_format& format, Write write) {
+    const std::size_t samples = frames * format.channels;
+    if (block.get_data_size() < samples) {
+        block.set_data_size(samples);
+    }
+    write(std::span<double>(block.get_data(), samples));
+    block.set_channels(format.channels, format.channel_mask);
+    block.set_sample_rate(format.sample_rate_hz);
+    block.set_sample_count(frames);
+}
 
 } // namespace kelvane

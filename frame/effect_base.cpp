@@ -5,6 +5,8 @@
 #include "frame/services.h"
 #include "velmora/block_list.h"
 
+#include <algorithm>
+
 namespace kelvane {
 
 template <class Interface>
@@ -61,17 +63,24 @@ void basic_effect<Interface>::run_blocks(velmora::abort_signal* abort) {
 
 template <class Interface>
 void basic_effect<Interface>::emit_block(std::span<const double> samples, const stream_format& format) {
+    emit_block(samples.size() / format.channels, format,
+               [samples](std::span<double> filled) { std::copy(samples.begin(), samples.end(), filled.begin()); });
+}
+
+template <class Interface>
+velmora::sample_block& basic_effect<Interface>::insert_block(std::size_t samples) {
     if (context_.list == nullptr) {
         bug_check("audio emitted outside a run");
     }
-    velmora::sample_block* const block = context_.list->insert_item(context_.index, samples.size());
-    try {
-        fill_block(*block, samples, format);
-    } catch (...) {
-        context_.list->remove_item(context_.index);
-        throw;
-    }
+    velmora::sample_block* const block = context_.list->insert_item(context_.index, samples);
     ++context_.index;
+    return *block;
+}
+
+template <class Interface>
+void basic_effect<Interface>::remove_inserted_block() {
+    --context_.index;
+    context_.list->remove_item(context_.index);
 }
 
 template class basic_effect<velmora::effect_instance>;

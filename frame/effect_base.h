@@ -42,9 +42,22 @@ public:
 
 protected:
     /// Puts a new block of whole frames before the one that is being processed, or behind the last one at the end of a
-    /// track or of playback. The loop does not visit it. Only during a run. Throws a bad allocation of the host and
-    /// then leaves the list as it was.
+    /// track or of playback. The loop does not visit it. Only during a run: elsewhere it stops the process. Throws a
+    /// bad allocation of the host and then leaves the list as it was.
     void emit_block(std::span<const double> samples, const stream_format& format);
+
+    /// The same with samples that `write` makes: it gets a span of `frames` × channels of them to fill, when nothing
+    /// can fail any more.
+    template <class Write>
+    void emit_block(std::size_t frames, const stream_format& format, Write write) {
+        velmora::sample_block& block = insert_block(frames * format.channels);
+        try {
+            fill_block(block, frames, format, write);
+        } catch (...) {
+            remove_inserted_block();
+            throw;
+        }
+    }
 
     /// The host's opaque name of the current track; null outside a run.
     void* current_track() const noexcept { return context_.track; }
@@ -74,6 +87,8 @@ private:
     };
 
     void run_blocks(velmora::abort_signal* abort);
+    velmora::sample_block& insert_block(std::size_t samples);
+    void remove_inserted_block();
 
     std::atomic<std::uint32_t> references_ = 0;
     run_context context_;

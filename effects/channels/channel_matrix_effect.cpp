@@ -29,16 +29,17 @@ std::uint32_t correct_mask(velmora::sample_block& block) {
 channel_matrix_effect::channel_matrix_effect(std::uint32_t target_mask) noexcept : target_mask_(target_mask) {}
 
 bool channel_matrix_effect::on_block(velmora::sample_block* block, velmora::abort_signal*) {
-    const bool is_empty = block->get_sample_count() == 0;
-    if (!is_empty && !has_samples(*block)) {
+    const std::uint32_t channels = block->get_channels();
+    const bool claims_samples = channels != 0 && block->get_sample_count() != 0;
+    if (claims_samples && !has_samples(*block)) {
         return true;
     }
     const std::uint32_t input_mask = correct_mask(*block);
-    if (input_mask == target_mask_) {
+    if (channels == 0 || input_mask == target_mask_) {
         return true;
     }
-    follow_layout(input_mask, block->get_channels());
-    if (can_mix_ && !is_empty && block->get_channels() == mixer_.inputs()) {
+    follow_layout(input_mask, channels);
+    if (can_mix_ && claims_samples) {
         mix(*block);
     }
     return true;

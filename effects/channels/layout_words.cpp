@@ -39,10 +39,11 @@ std::string simplified(std::string_view name) {
 
 std::string hexadecimal(std::uint32_t number) {
     std::array<char, 8> digits{};
-    const auto end = std::to_chars(digits.begin(), digits.end(), number, 16).ptr;
-    std::transform(digits.begin(), end, digits.begin(),
+    const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number, 16).ptr;
+    std::string text(static_cast<const char*>(digits.data()), end);
+    std::transform(text.begin(), text.end(), text.begin(),
                    [](char digit) { return digit >= 'a' ? static_cast<char>(digit - 'a' + 'A') : digit; });
-    return "0x" + std::string(digits.begin(), end);
+    return "0x" + text;
 }
 
 std::optional<std::uint32_t> parse_hexadecimal(std::string_view text) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace kelvane {
 
@@ -34,16 +35,15 @@ void advanced_limiter::follow_format(const stream_format& format) {
 
 void advanced_limiter::make_channels(std::uint32_t channels) {
     const std::size_t count = (std::size_t{channels} + 1) / 2;
-    if (count == pair_count_) {
-        std::for_each_n(pairs_.get(), count, [](limiter_channel_pair& pair) { pair.reset(); });
-        return;
+    if (count > pair_count_) {
+        std::unique_ptr<limiter_channel_pair[]> more(new (std::nothrow) limiter_channel_pair[count]);
+        if (!more) {
+            throw bad_allocation();
+        }
+        pairs_ = std::move(more);
+        pair_count_ = count;
     }
-    pair_count_ = 0;
-    pairs_.reset(new (std::nothrow) limiter_channel_pair[count]);
-    if (!pairs_) {
-        throw bad_allocation();
-    }
-    pair_count_ = count;
+    std::for_each_n(pairs_.get(), count, [](limiter_channel_pair& pair) { pair.reset(); });
 }
 
 void advanced_limiter::limit(velmora::sample_block& block) {
@@ -63,17 +63,26 @@ void advanced_limiter::on_playback_end(velmora::abort_signal*) {
     drain();
 }
 
-/// Silence pushes out what is held. What comes before it is the zeros with which a short stream was padded in front.
+/// Silence pushes out what is held; a stream that is shorter than the delay first has to be pushed to its end.
 void advanced_limiter::drain() {
     if (held_frames_ == 0) {
         return;
     }
-    const std::span<double> pushed = tail_.grow_to_frames(limiter_look_ahead_frames, format_.channels);
-    std::fill(pushed.begin(), pushed.end(), 0.0);
-    limit_frames(pairs(), pushed, format_.channels);
-    const std::size_t samples = held_frames_ * format_.channels;
+    emit_block(held_frames_, format_, [this](std::span<double> tail) {
+        for (std::size_t missing = limiter_look_ahead_frames - held_frames_; missing > 0;) {
+            const std::size_t frames = std::min(missing, held_frames_);
+            push_silence(tail.first(frames * format_.channels));
+            missing -= frames;
+        }
+        push_silence(tail);
+    });
     held_frames_ = 0;
-    emit_block(pushed.last(samples), format_);
+}
+
+/// Writes what silence of the same length pushes out.
+void advanced_limiter::push_silence(std::span<double> pushed_out) {
+    std::fill(pushed_out.begin(), pushed_out.end(), 0.0);
+    limit_frames(pairs(), pushed_out, format_.channels);
 }
 
 void advanced_limiter::flush() {

@@ -3,7 +3,6 @@
 
 #include "effects/limiters/advanced_limiter_core.h"
 #include "frame/effect_base.h"
-#include "frame/sample_buffer.h"
 
 #include <memory>
 #include <span>
@@ -30,13 +29,13 @@ private:
     std::span<limiter_channel_pair> pairs() noexcept { return {pairs_.get(), pair_count_}; }
     void limit(velmora::sample_block& block);
     void drain();
+    void push_silence(std::span<double> pushed_out);
 
     std::unique_ptr<limiter_channel_pair[]> pairs_;
-    std::size_t pair_count_ = 0;
-    bool is_running_ = false; ///< the format is known, and the channels are its channels
+    std::size_t pair_count_ = 0; ///< for the most channels so far
+    bool is_running_ = false;    ///< the format is known, and the channels are its channels
     stream_format format_;
     std::size_t held_frames_ = 0; ///< at most `limiter_look_ahead_frames`
-    sample_buffer tail_;
 };
 
 } // namespace kelvane

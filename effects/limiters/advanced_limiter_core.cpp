@@ -28,6 +28,7 @@ double_pair next_aim(double_pair aim, double_pair take) noexcept {
     return both(aim_keep) * aim + take;
 }
 
+/// Neither gain nor aim is ever not a number, whatever the samples are.
 double_pair next_gain(double_pair gain, double_pair aim) noexcept {
     return smaller(aim, both(release_keep) * gain + both(release_rise));
 }
@@ -71,8 +72,7 @@ bool limiter_channel_pair::is_at_rest() const noexcept {
            all_equal(next_gain(gain_, aim), gain_);
 }
 
-/// The same as `limit` while the limiter is at rest and up to the first frame above the ceiling or shortly before it.
-/// Answers the frames done.
+/// The same as `limit` for a limiter at rest, up to the first frame above the ceiling. Answers the frames done.
 template <class Lanes>
 std::size_t limiter_channel_pair::scale_while_quiet(double* first, std::size_t frames, std::size_t channels) noexcept {
     constexpr std::size_t batch = 8;

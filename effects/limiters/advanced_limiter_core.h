@@ -62,7 +62,8 @@ private:
     double_pair aim_ = both(1.0);
 };
 
-/// Limits whole interleaved frames in place; `pairs` holds one state for every two of the `channels`, rounded up.
+/// Limits whole interleaved frames in place; `pairs` holds a state for every two of the `channels`, rounded up, at
+/// least.
 void limit_frames(std::span<limiter_channel_pair> pairs, std::span<double> interleaved, std::size_t channels) noexcept;
 
 } // namespace kelvane

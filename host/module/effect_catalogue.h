@@ -8,6 +8,7 @@
 #include "velmora/effect_instance.h"
 #include "velmora/layout_effect_factory.h"
 
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>

@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <deque>
+#include <iterator>
 #include <limits>
 #include <vector>
 
@@ -65,11 +67,11 @@ std::vector<double> limited_literally(std::vector<double> interleaved, std::size
     return interleaved;
 }
 
-/// The bits, with every sample that is not a number alike: which of its bits are set is the processor's affair.
-std::vector<std::uint64_t> comparable_bits(std::vector<double> samples) {
-    std::replace_if(
-        samples.begin(), samples.end(), [](double sample) { return std::isnan(sample); }, not_a_number);
-    return bits_of(samples);
+TEST(LiteralLimiter, TheFirstStepTakesTheGainDownByTheRoundingOfItsConstants) {
+    literal_limiter literal;
+    EXPECT_EQ(literal.gain(), 1.0);
+    literal.step(0.5);
+    EXPECT_DOUBLE_EQ(literal.gain(), 0.9999999776482582);
 }
 
 TEST(LiteralLimiter, TheTreeIsTheLargestOfTheLast256Magnitudes) {

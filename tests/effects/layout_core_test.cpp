@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <set>
 #include <vector>
 
 namespace kelvane {
@@ -50,6 +51,21 @@ TEST(Layout, AnythingToMonoIsTheMean) {
     expect_near(layout(0x3, 0x4), {{0.5, 0.5}});
     expect_near(layout(0x3F, 0x4), {std::vector<double>(6, 1.0 / 6.0)});
     expect_near(layout(0x63F, 0x4), {std::vector<double>(8, 0.125)});
+}
+
+TEST(Layout, EvenChannelsWithoutASpeakerCountForMonoAndForNothingElse) {
+    const auto weights = [](std::uint32_t target_mask) {
+        const channel_matrix matrix = make_layout_matrix(0, 32, target_mask);
+        std::set<double> found;
+        for (std::size_t output = 0; output < matrix.outputs(); ++output) {
+            for (std::size_t input = 0; input < 32; ++input) {
+                found.insert(matrix.weight(output, input));
+            }
+        }
+        return found;
+    };
+    EXPECT_EQ(weights(0x4), std::set<double>{1.0 / 32.0});
+    EXPECT_EQ(weights(0x3), std::set<double>{0.0});
 }
 
 TEST(Layout, SevenToFiveSplitsTheSides) {

@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <new>
 #include <vector>
 
 namespace {
@@ -155,6 +157,78 @@ TEST(AdvancedLimiter, AfterTheEndOfPlaybackTheGainIsStillWhatItWas) {
     const programme out = play(*effect, quiet, {500, 1}, end_of_playback, random);
     ASSERT_EQ(frames_of(out), 500U);
     EXPECT_NEAR(out[0].samples[0], 0.5 * (1.0 - 0.5 * std::pow(0.999, 256.0)), 1e-4);
+}
+
+TEST(AdvancedLimiter, TheEndOfPlaybackGivesNothingASecondTime) {
+    random_source random(6);
+    const auto effect = make_effect(limiter);
+    play(*effect, noise_in({{44100, 2, 0x3}}, 300, 0.9, random), {300, 1}, end_of_playback, random);
+    strict_list list;
+    effect->run(&list, nullptr, end_of_playback);
+    EXPECT_EQ(list.get_count(), 0U);
+}
+
+/// A list that refuses to take a block in, or gives one that cannot grow, as long as it is told to.
+class refusing_list final : public velmora::block_list {
+public:
+    bool refuses_blocks = false;
+    bool gives_rigid_blocks = false;
+    strict_list blocks;
+
+    std::size_t get_count() override { return blocks.get_count(); }
+    velmora::sample_block* get_item(std::size_t index) override { return blocks.get_item(index); }
+    void remove_item(std::size_t index) override { blocks.remove_item(index); }
+    void remove_all() override { blocks.remove_all(); }
+    velmora::sample_block* insert_item(std::size_t index, std::size_t samples_hint) override {
+        if (refuses_blocks) {
+            throw std::bad_alloc();
+        }
+        velmora::sample_block* const block = blocks.insert_item(index, gives_rigid_blocks ? 0 : samples_hint);
+        if (gives_rigid_blocks) {
+            blocks.at(index).refuse_growth();
+        }
+        return block;
+    }
+};
+
+TEST(AdvancedLimiter, ATailThatTheHostCannotTakeIsNotLost) {
+    random_source random(7);
+    for (const std::size_t frames : {100U, 255U, 700U}) {
+        const programme played = noise_in({{44100, 2, 0x3}}, frames, 2.0, random);
+        programme expected = play(*make_effect(limiter), played, {frames, 1}, end_of_playback, random);
+        const auto effect = make_effect(limiter);
+        const programme before = play(*effect, played, {frames, 1}, 0, random);
+        const double latency_s = effect->get_latency();
+        refusing_list list;
+        list.refuses_blocks = true;
+        EXPECT_THROW(effect->run(&list, nullptr, end_of_playback), std::bad_alloc);
+        list.refuses_blocks = false;
+        list.gives_rigid_blocks = true;
+        EXPECT_THROW(effect->run(&list, nullptr, end_of_playback), std::bad_alloc);
+        EXPECT_EQ(list.get_count(), 0U);
+        EXPECT_EQ(effect->get_latency(), latency_s);
+        list.gives_rigid_blocks = false;
+        effect->run(&list, nullptr, end_of_playback);
+        ASSERT_EQ(list.get_count(), 1U);
+        const std::size_t swallowed = 2 * std::min<std::size_t>(frames, look_ahead_frames);
+        EXPECT_EQ(
+            bits_of(list.blocks.at(0).samples()),
+            bits_of({expected[0].samples.end() - static_cast<std::ptrdiff_t>(swallowed), expected[0].samples.end()}))
+            << frames;
+    }
+}
+
+TEST(AdvancedLimiter, ABlockWithoutFramesOrChannelsDoesNotStay) {
+    const auto effect = make_effect(limiter);
+    strict_block no_frames(std::vector<double>{1, 2}, {44100, 2, 0x3});
+    no_frames.claim_frames(0);
+    no_frames.drop_buffer();
+    EXPECT_FALSE(effect->on_block(&no_frames, nullptr));
+    strict_block no_channels(std::vector<double>{1, 2}, {44100, 2, 0x3});
+    no_channels.set_channels(0, 0);
+    EXPECT_FALSE(effect->on_block(&no_channels, nullptr));
+    strict_block no_rate(std::vector<double>(1000, 0.5), {0, 2, 0x3});
+    EXPECT_FALSE(effect->on_block(&no_rate, nullptr));
 }
 
 TEST(AdvancedLimiter, ABlockWhoseFramesAreAllSwallowedLeavesTheList) {

@@ -142,16 +142,34 @@ TEST(UpmixEffects, TheMatrixFollowsTheMask) {
     EXPECT_EQ(run(*effect, stereo).samples, spread);
 }
 
+TEST(UpmixEffects, AMaskOfMoreSpeakersThanChannelsIsCorrectedToo) {
+    const stretch mixed = run(*make_effect(to_5_1), {{44100, 2, 0x3F}, {8, 2}});
+    EXPECT_EQ(mixed.samples, (std::vector<double>{8, 2, 5, 0, 8, 2}));
+}
+
 TEST(UpmixEffects, ABlockWithoutChannelsOrFramesIsNotMixed) {
     const auto effect = make_effect(to_5_1);
+    run(*effect, {{44100, 2, 0x3}, {0.5, 0.5}});
     strict_block no_frames(std::vector<double>{1, 2}, {44100, 2, 0x0});
     no_frames.claim_frames(0);
     EXPECT_TRUE(effect->on_block(&no_frames, nullptr));
     EXPECT_EQ(no_frames.format(), (block_format{44100, 2, 0x3}));
+    strict_block no_buffer(std::vector<double>{1, 2}, {44100, 2, 0x0});
+    no_buffer.claim_frames(0);
+    no_buffer.drop_buffer();
+    EXPECT_TRUE(effect->on_block(&no_buffer, nullptr));
+    EXPECT_EQ(no_buffer.format(), (block_format{44100, 2, 0x3}));
     strict_block no_channels(std::vector<double>{1, 2}, {44100, 2, 0x0});
     no_channels.set_channels(0, 0);
     EXPECT_TRUE(effect->on_block(&no_channels, nullptr));
-    EXPECT_EQ(no_channels.get_channels(), 0U);
+    EXPECT_EQ(no_channels.format(), (block_format{44100, 0, 0}));
+    strict_block no_channels_but_speakers(std::vector<double>{1, 2}, {44100, 2, 0x3});
+    no_channels_but_speakers.set_channels(0, 0x3);
+    EXPECT_TRUE(effect->on_block(&no_channels_but_speakers, nullptr));
+    EXPECT_EQ(no_channels_but_speakers.format(), (block_format{44100, 0, 0}));
+    // Thirty-two channels without a speaker share the mask 0 with none at all, and are still mixed to silence.
+    const stretch thirty_two{{44100, 32, 0x3}, std::vector<double>(64, 0.5)};
+    expect_equal(run(*effect, thirty_two), {{44100, 6, 0x3F}, std::vector<double>(12, 0.0)});
 }
 
 /// Every ordered pair of the common layouts, and of some others.
@@ -226,6 +244,8 @@ TEST(LayoutLimiter, LooksAtTheMaskBeforeAnyCorrection) {
     expect_equal(run(*make_for(limiter, 0x3), unlabelled), unlabelled);
     const stretch wrong = noise_of({44100, 8, 0x3}, random); // 7.1 that says stereo
     expect_equal(run(*make_for(limiter, 0x3), wrong), wrong);
+    const stretch high = noise_of({44100, 3, 0x80000003}, random);
+    EXPECT_EQ(run(*make_for(limiter, 0x3), high).format, (block_format{44100, 2, 0x3}));
     EXPECT_EQ(run(*make_for(converter, 0x3), wrong).format, (block_format{44100, 2, 0x3}));
 }
 

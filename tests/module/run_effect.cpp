@@ -2,6 +2,8 @@
 
 #include "host/objects/abort_switch.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 
 namespace testing_support {
@@ -20,6 +22,7 @@ void run_and_join(velmora::effect_instance& effect, strict_list& list, std::uint
     host::abort_switch abort;
     effect.run_abortable(&list, nullptr, flags, &abort);
     for (std::size_t i = 0; i < list.get_count(); ++i) {
+        EXPECT_NE(list.at(i).get_sample_count(), 0U) << "a block without frames came out";
         join(joined, list.at(i));
     }
     list = strict_list();

@@ -1,6 +1,8 @@
 #include "tests/support/literal_layout.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace testing_support {
 

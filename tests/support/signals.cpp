@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
+#include <limits>
 
 namespace testing_support {
 
@@ -34,6 +36,13 @@ std::vector<std::uint64_t> bits_of(const std::vector<double>& samples) {
     std::transform(samples.begin(), samples.end(), bits.begin(),
                    [](double sample) { return std::bit_cast<std::uint64_t>(sample); });
     return bits;
+}
+
+std::vector<std::uint64_t> comparable_bits(std::vector<double> samples) {
+    constexpr double not_a_number = std::numeric_limits<double>::quiet_NaN();
+    std::replace_if(
+        samples.begin(), samples.end(), [](double sample) { return std::isnan(sample); }, not_a_number);
+    return bits_of(samples);
 }
 
 } // namespace testing_support

@@ -22,4 +22,7 @@ std::vector<std::size_t> split(random_source& random, std::size_t total, std::si
 /// The bits of the samples, for comparisons in which -0.0 and what is not a number count.
 std::vector<std::uint64_t> bits_of(const std::vector<double>& samples);
 
+/// The same with every sample that is not a number alike: which of its bits are set is the processor's affair.
+std::vector<std::uint64_t> comparable_bits(std::vector<double> samples);
+
 } // namespace testing_support
