@@ -1,5 +1,6 @@
 #include "effects/effect_settings.h"
 
+#include "effects/crossfade/crossfader_words.h"
 #include "effects/crossfeed/crossfeed_words.h"
 
 #include <algorithm>
@@ -11,6 +12,7 @@ namespace kelvane {
 const settings_words* find_settings_words(const velmora::guid& effect) {
     static const auto all = [] {
         std::vector<std::unique_ptr<settings_words>> made;
+        made.push_back(crossfader_words());
         made.push_back(crossfeed_words());
         return made;
     }();

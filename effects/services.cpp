@@ -5,6 +5,8 @@
 #include "effects/channels/move_stereo_to_rear.h"
 #include "effects/channels/reverse_stereo.h"
 #include "effects/channels/stereo_to_quad.h"
+#include "effects/crossfade/crossfader_dialog.h"
+#include "effects/crossfade/crossfader_effect.h"
 #include "effects/crossfeed/crossfeed_dialog.h"
 #include "effects/crossfeed/crossfeed_effect.h"
 #include "effects/limiters/hard_limiter.h"
@@ -26,6 +28,7 @@ using effect_with_dialog = service_record<settings_effect_factory<Effect, show_d
 effect_with_dialog<crossfeed_filter, show_crossfeed_dialog> crossfeed_record;
 plain_effect<downmix_to_stereo> downmix_to_stereo_record;
 plain_effect<downmix_to_mono> downmix_to_mono_record;
+effect_with_dialog<crossfader_effect, show_crossfader_dialog> crossfader_record;
 plain_effect<mono_to_stereo> mono_to_stereo_record;
 plain_effect<reverse_stereo> reverse_stereo_record;
 plain_effect<stereo_to_quad> stereo_to_quad_record;

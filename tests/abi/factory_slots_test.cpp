@@ -48,6 +48,7 @@ TEST(FactorySlots, EffectsAreFoundByIdentityAndName) {
         {"{7AAB4CE8-414A-427E-8228-78CD4A47388F}", "Convert stereo to 4 channels"},
         {"{E24420A0-5DC6-4EE1-8AE2-02452E8D8DFB}", "Move stereo to rear channels"},
         {"{CB592C20-2E33-4972-925F-3FBB6BDBA9BF}", "Hard -6dB limiter"},
+        {"{AD158637-3B75-4749-A285-50362DCAF461}", "Crossfader"},
         {"{D487D723-FD8C-4106-9023-5620AEA0A885}", "Meier Crossfeed"},
     };
     for (const auto& [identity, name] : effects) {
