@@ -57,6 +57,9 @@ public:
         : format_(format), source_(full_scale_noise(block_frames * format.channels)) {}
 
     host::block_list& fill() {
+        while (list_.get_count() > 1) { // what an effect emitted
+            list_.remove_item(list_.get_count() - 1);
+        }
         if (list_.get_count() == 0) {
             list_.append(host::block(source_, rate_hz, format_.channels, format_.channel_mask));
         }
@@ -103,6 +106,19 @@ void register_effect(const host::effect_entry& effect) {
     });
 }
 
+/// Each call is a track: one block is held, and the next mixed with it.
+void register_fades(const host::effect_entry& effect) {
+    benchmark::RegisterBenchmark((effect.name + ", every other block a fade/" + stereo.name).c_str(),
+                                 [&](benchmark::State& state) {
+                                     const auto instance = host::instantiate(effect, effect.default_preset);
+                                     refilled_block block(stereo);
+                                     for (auto _ : state) {
+                                         instance->run(&block.fill(), nullptr, velmora::run_flag::end_of_track);
+                                     }
+                                     count_speed(state);
+                                 });
+}
+
 } // namespace
 
 void register_effects(const std::filesystem::path& module_file) {
@@ -115,6 +131,7 @@ void register_effects(const std::filesystem::path& module_file) {
     for (const host::effect_entry& effect : catalogue.effects()) {
         register_effect(effect);
     }
+    register_fades(catalogue.find("Crossfader"));
 }
 
 } // namespace bench

@@ -3,7 +3,7 @@
 
 // The resource compiler reads this file too: plain definitions only.
 
-#define DIALOG_CROSSFADER 101
+#define DIALOG_CROSSFADER 102
 #define DIALOG_CROSSFEED 103
 
 #define CROSSFADER_FADE 1026

@@ -65,8 +65,6 @@ void crossfader_effect::follow_format(const stream_format& format) {
         return;
     }
     emit_held();
-    held_ = {};
-    format_ = {};
     const auto fade_frames = static_cast<std::size_t>(std::llround(format.sample_rate_hz * fade_s_));
     held_ = sample_ring(storage_.grow_to_frames(fade_frames, format.channels));
     format_ = format;

@@ -51,7 +51,7 @@ stretch constant(const block_format& format, std::size_t frames, double value) {
     return ramp(format, frames, value, 0.0);
 }
 
-/// What is in the list after one call with these blocks, block by block.
+/// What is in the list after one call with these blocks, block by block. None is empty.
 programme call(velmora::effect_instance& effect, const programme& blocks, std::uint32_t flags = 0) {
     strict_list list;
     for (const stretch& block : blocks) {
@@ -61,6 +61,7 @@ programme call(velmora::effect_instance& effect, const programme& blocks, std::u
     programme out;
     for (std::size_t i = 0; i < list.get_count(); ++i) {
         out.push_back({list.at(i).format(), list.at(i).samples()});
+        EXPECT_GT(out.back().frames(), 0U) << "block " << i;
     }
     return out;
 }
