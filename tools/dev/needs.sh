@@ -13,6 +13,7 @@ declare -A packages_of=(
     [bench]="libbenchmark-dev"
     [run]="extremetuxracer-data"
     [pictures]="imagemagick xdotool"
+    [drawing]="python3-matplotlib python3-numpy"
 )
 
 # The programs that show, on a system without these packages, that the need is met.
@@ -26,6 +27,7 @@ declare -A programs_of=(
     [bench]=""
     [run]=""
     [pictures]="import convert xdotool"
+    [drawing]=""
 )
 
 is_root() {
