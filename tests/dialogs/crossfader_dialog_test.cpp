@@ -67,7 +67,7 @@ void press_escape(HWND dialog) {
     press_key(bar_of(dialog), VK_ESCAPE);
 }
 
-void close(HWND dialog) {
+void press_close_box(HWND dialog) {
     PostMessageW(dialog, WM_SYSCOMMAND, SC_CLOSE, 0);
 }
 
@@ -155,7 +155,7 @@ TEST(CrossfaderDialog, EnterIsOk) {
 }
 
 TEST(CrossfaderDialog, CancelEscapeAndTheCloseBoxReportNothing) {
-    for (const auto& ending : {press_cancel, press_escape, close}) {
+    for (const auto& ending : {press_cancel, press_escape, press_close_box}) {
         EXPECT_TRUE(show(preset_of(2000), move_and(ending)).empty());
     }
 }
