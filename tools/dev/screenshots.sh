@@ -22,7 +22,6 @@ picture_of() {
     convert "$file" -bordercolor "$blank" -border 1 -trim +repage -strip "$file"
     xdotool key Escape
     wait $!
-    wineserver -w
     echo "$file"
 }
 
