@@ -60,6 +60,19 @@ void register_case(const host::effect_entry& effect, const effect_case& measured
     benchmark::RegisterBenchmark((effect.name + "/" + measured.input.name).c_str(), run);
 }
 
+/// Each call is a track: one block is held, and the next mixed with it.
+void register_fades(const host::effect_entry& effect) {
+    benchmark::RegisterBenchmark((effect.name + ", every other block a fade/" + stereo.name).c_str(),
+                                 [&](benchmark::State& state) {
+                                     const auto instance = host::instantiate(effect, effect.default_preset);
+                                     refilled_block block(stereo);
+                                     for (auto _ : state) {
+                                         instance->run(&block.fill(), nullptr, velmora::run_flag::end_of_track);
+                                     }
+                                     count_speed(state);
+                                 });
+}
+
 } // namespace
 
 void register_effects(const std::filesystem::path& module_file) {
@@ -71,6 +84,7 @@ void register_effects(const std::filesystem::path& module_file) {
             register_case(effect, measured);
         }
     }
+    register_fades(catalogue.find("Crossfader"));
 }
 
 } // namespace bench

@@ -1,6 +1,7 @@
 #include "effects/effect_settings.h"
 
 #include "effects/channels/layout_words.h"
+#include "effects/crossfade/crossfader_words.h"
 #include "effects/crossfeed/crossfeed_words.h"
 #include "effects/silence/silence_words.h"
 
@@ -15,6 +16,7 @@ const settings_words* find_settings_words(const velmora::guid& effect) {
         std::vector<std::unique_ptr<settings_words>> made;
         made.push_back(layout_converter_words());
         made.push_back(layout_limiter_words());
+        made.push_back(crossfader_words());
         made.push_back(crossfeed_words());
         made.push_back(silence_words());
         return made;

@@ -7,6 +7,8 @@
 #include "effects/channels/reverse_stereo.h"
 #include "effects/channels/stereo_to_quad.h"
 #include "effects/channels/upmix_effect.h"
+#include "effects/crossfade/crossfader_dialog.h"
+#include "effects/crossfade/crossfader_effect.h"
 #include "effects/crossfeed/crossfeed_dialog.h"
 #include "effects/crossfeed/crossfeed_effect.h"
 #include "effects/limiters/advanced_limiter.h"
@@ -39,6 +41,7 @@ plain_effect<downmix_to_stereo> downmix_to_stereo_record;
 plain_effect<downmix_to_mono> downmix_to_mono_record;
 plain_effect<upmix_5_1> upmix_5_1_record;
 plain_effect<upmix_7_1> upmix_7_1_record;
+effect_with_dialog<crossfader_effect, show_crossfader_dialog> crossfader_record;
 plain_effect<mono_to_stereo> mono_to_stereo_record;
 plain_effect<reverse_stereo> reverse_stereo_record;
 plain_effect<stereo_to_quad> stereo_to_quad_record;

@@ -52,6 +52,7 @@ TEST(FactorySlots, EffectsAreFoundByIdentityAndName) {
         {"{11B13A25-C282-41F6-B1F0-CEB7ECBCEAA8}", "Advanced Limiter"},
         {"{ABA20225-956A-45D9-93D6-9FDC8B9B4633}", "Upmix to 5.1"},
         {"{66131A69-35E4-4323-83B0-0737595D8507}", "Upmix to 7.1"},
+        {"{AD158637-3B75-4749-A285-50362DCAF461}", "Crossfader"},
         {"{D487D723-FD8C-4106-9023-5620AEA0A885}", "Meier Crossfeed"},
     };
     for (const auto& [identity, name] : effects) {

@@ -29,12 +29,14 @@ struct by_design {
     bool depends_on_blocks = false; ///< where the blocks end shows in the output
     bool changes_length = false;    ///< the number of frames is not kept over a playback
     bool remembers = false;         ///< one sample reaches the output of others
+    bool holds_seconds = false;     ///< makes room for seconds of audio, which no memory has at an absurd rate
 };
 
 const std::map<std::string, by_design> designs{
     {"Advanced Limiter", {.remembers = true}}, // looks ahead
     {"layout_converter", {.has_payload = true}},
     {"layout_limiter", {.has_payload = true}},
+    {"Crossfader", {.has_payload = true, .holds_seconds = true}},
     {"Meier Crossfeed", {.has_payload = true, .remembers = true}}, // a recursive filter
     {"Skip Silence",
      {.has_payload = true, .drops_impossible = true, .depends_on_blocks = true, .changes_length = true}},
@@ -58,11 +60,22 @@ const std::vector<block_format> strange_formats{
     {44100, 32, 0xFFFFFFFF},
 };
 
+constexpr std::uint32_t absurd_rate_hz = 1'000'000'000;
+
 class Conformance : public testing::TestWithParam<std::string> {
 protected:
     const host::effect_entry& effect() const { return built_effects().find(GetParam()); }
     host::service_ptr<velmora::effect_instance> make() const { return make_effect(GetParam()); }
     by_design design() const { return design_of(GetParam()); }
+
+    /// The strange formats of which the effect has to take a playback.
+    std::vector<block_format> strange_formats_to_take() const {
+        std::vector<block_format> formats = strange_formats;
+        if (design().holds_seconds) {
+            std::erase_if(formats, [](const block_format& format) { return format.sample_rate_hz >= absurd_rate_hz; });
+        }
+        return formats;
+    }
 
     programme play_anew(const programme& played, const cutting& cut) {
         return play(*make(), played, cut, end_of_playback, random);
@@ -270,7 +283,7 @@ TEST_P(Conformance, EveryFrameComesOutOverAPlayback) {
     if (design().changes_length) {
         return;
     }
-    for (const std::vector<block_format>& formats : {common_formats, strange_formats}) {
+    for (const std::vector<block_format>& formats : {common_formats, strange_formats_to_take()}) {
         for (const std::size_t frames : {1U, 2U, 255U, 256U, 1000U}) {
             const programme played = noise_in(formats, frames, 1.5, random);
             EXPECT_EQ(frames_of(play_anew(played, {300, 4})), frames_of(played)) << frames;
@@ -282,7 +295,7 @@ TEST_P(Conformance, TheRateIsKept) {
     if (design().changes_length) {
         return;
     }
-    for (const block_format& format : strange_formats) {
+    for (const block_format& format : strange_formats_to_take()) {
         const programme out = play_anew(noise_in({format}, 600, 0.4, random), {100, 2});
         ASSERT_EQ(out.size(), 1U) << format.channel_mask;
         EXPECT_EQ(out[0].format.sample_rate_hz, format.sample_rate_hz);

@@ -37,6 +37,7 @@ const std::vector<service_row> expected_services{
     {effect_class, "{7AAB4CE8-414A-427E-8228-78CD4A47388F}", "Convert stereo to 4 channels"},
     {effect_class, "{45BAE3C0-10B1-4008-BAAC-C5E6CEB06BA2}", "Reverse stereo channels"},
     {effect_class, "{F661D118-5627-40AD-AB31-CCCF71A4819D}", "Convert mono to stereo"},
+    {effect_class, "{AD158637-3B75-4749-A285-50362DCAF461}", "Crossfader"},
     {effect_class, "{66131A69-35E4-4323-83B0-0737595D8507}", "Upmix to 7.1"},
     {effect_class, "{ABA20225-956A-45D9-93D6-9FDC8B9B4633}", "Upmix to 5.1"},
     {effect_class, "{EFC441DD-C7B4-4F34-974A-D3058F3A1BDE}", "Downmix channels to mono"},

@@ -13,7 +13,7 @@ declare -A packages_of=(
     [bench]="libbenchmark-dev libavfilter-dev"
     [run]="extremetuxracer-data"
     [pictures]="imagemagick xdotool"
-    [drawings]="python3-matplotlib python3-numpy alsa-utils"
+    [drawing]="python3-matplotlib python3-numpy alsa-utils"
 )
 
 # The programs that show, on a system without these packages, that the need is met.
@@ -27,7 +27,7 @@ declare -A programs_of=(
     [bench]=""
     [run]=""
     [pictures]="import convert xdotool"
-    [drawings]=""
+    [drawing]=""
 )
 
 is_root() {

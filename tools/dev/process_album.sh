@@ -13,10 +13,11 @@ if ((${#tracks[@]} == 0)); then
     exit 1
 fi
 
-# Out to four speakers and back to two: each side gets its rear part on top. Then for headphones: some of the separation
-# of the low frequencies goes, and the limiter keeps the sum from clipping.
-effects=("Convert stereo to 4 channels" "Downmix channels to stereo" "Meier Crossfeed:strength=1500"
-    "Hard -6dB limiter")
+# The end of each track overlaps the start of the next. Out to four speakers and back to two: each side gets its rear
+# part on top. Then for headphones: some of the separation of the low frequencies goes, and the limiter keeps the sum
+# from clipping.
+effects=("Crossfader:ms=4000" "Convert stereo to 4 channels" "Downmix channels to stereo"
+    "Meier Crossfeed:strength=1500" "Hard -6dB limiter")
 
 arguments=()
 for effect in "${effects[@]}"; do
