@@ -31,8 +31,9 @@ host::block_list& refilled_block::fill() {
     return list_;
 }
 
-void count_speed(benchmark::State& state) {
-    const double seconds = static_cast<double>(state.iterations()) * block_frames / rate_hz;
+void count_speed(benchmark::State& state, std::size_t blocks) {
+    const std::size_t frames = static_cast<std::size_t>(state.iterations()) * blocks * block_frames;
+    const double seconds = static_cast<double>(frames) / rate_hz;
     state.counters["x_real_time"] = benchmark::Counter(seconds, benchmark::Counter::kIsRate);
 }
 

@@ -13,6 +13,7 @@ namespace bench {
 
 inline constexpr std::uint32_t rate_hz = 44100;
 inline constexpr std::size_t block_frames = 4096;
+inline constexpr std::size_t track_blocks = 200; ///< of a track in an album, 18.6 s
 
 /// Noise of one layout, uniform up to a peak.
 struct material {
@@ -48,7 +49,7 @@ private:
     host::block_list list_;
 };
 
-/// Adds how many times faster than the music a benchmark of one block an iteration was.
-void count_speed(benchmark::State& state);
+/// Adds how many times faster than the music a benchmark of so many blocks an iteration was.
+void count_speed(benchmark::State& state, std::size_t blocks = 1);
 
 } // namespace bench

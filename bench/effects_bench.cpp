@@ -60,17 +60,25 @@ void register_case(const host::effect_entry& effect, const effect_case& measured
     benchmark::RegisterBenchmark((effect.name + "/" + measured.input.name).c_str(), run);
 }
 
-/// Each call is a track: one block is held, and the next mixed with it.
-void register_fades(const host::effect_entry& effect) {
-    benchmark::RegisterBenchmark((effect.name + ", every other block a fade/" + stereo.name).c_str(),
-                                 [&](benchmark::State& state) {
-                                     const auto instance = host::instantiate(effect, effect.default_preset);
-                                     refilled_block block(stereo);
-                                     for (auto _ : state) {
-                                         instance->run(&block.fill(), nullptr, velmora::run_flag::end_of_track);
-                                     }
-                                     count_speed(state);
-                                 });
+void play_track(velmora::effect_instance& effect, refilled_block& block, std::uint32_t flags_at_end) {
+    for (std::size_t i = 1; i < track_blocks; ++i) {
+        effect.run(&block.fill(), nullptr, 0);
+    }
+    effect.run(&block.fill(), nullptr, flags_at_end);
+}
+
+/// Each iteration is an album of two tracks; the name's input says so.
+void register_album(const host::effect_entry& effect) {
+    const auto run = [&effect](benchmark::State& state) {
+        const auto instance = host::instantiate(effect, effect.default_preset);
+        refilled_block block(stereo);
+        for (auto _ : state) {
+            play_track(*instance, block, velmora::run_flag::end_of_track);
+            play_track(*instance, block, velmora::run_flag::end_of_playback);
+        }
+        count_speed(state, 2 * track_blocks);
+    };
+    benchmark::RegisterBenchmark((effect.name + "/stereo, two tracks").c_str(), run);
 }
 
 } // namespace
@@ -84,7 +92,7 @@ void register_effects(const std::filesystem::path& module_file) {
             register_case(effect, measured);
         }
     }
-    register_fades(catalogue.find("Crossfader"));
+    register_album(catalogue.find("Crossfader"));
 }
 
 } // namespace bench

@@ -31,6 +31,16 @@ AVFilterContext* add_filter(AVFilterGraph& graph, const char* filter, const char
     return made;
 }
 
+std::string source_name(std::size_t input) {
+    return fmt::format("in{}", input);
+}
+
+AVFilterInOut* linked(const std::string& name, AVFilterContext* filter, AVFilterInOut* next) {
+    AVFilterInOut* const end = avfilter_inout_alloc();
+    *end = {av_strdup(name.c_str()), filter, 0, next};
+    return end;
+}
+
 std::size_t block_bytes(const material& input) {
     return block_frames * input.channels * sizeof(double);
 }
@@ -49,28 +59,43 @@ void ffmpeg_filter::freeing::operator()(AVBufferPool* pool) const noexcept {
     av_buffer_pool_uninit(&pool);
 }
 
-ffmpeg_filter::ffmpeg_filter(const std::string& chain, const material& input)
+ffmpeg_filter::ffmpeg_filter(const std::string& chain, const material& input, std::size_t inputs)
     : input_(input), graph_(avfilter_graph_alloc()), frame_(av_frame_alloc()), result_(av_frame_alloc()),
       pool_(av_buffer_pool_init(block_bytes(input), nullptr)) {
     const std::string format = fmt::format("sample_rate={0}:time_base=1/{0}:sample_fmt=dbl:channel_layout=0x{1:x}",
                                            rate_hz, input.channel_mask);
     graph_->nb_threads = 1;
-    source_ = add_filter(*graph_, "abuffer", "in", format);
+    for (std::size_t i = 0; i < inputs; ++i) {
+        sources_.push_back(add_filter(*graph_, "abuffer", source_name(i).c_str(), format));
+    }
     sink_ = add_filter(*graph_, "abuffersink", "out", "");
-    AVFilterInOut* opened = avfilter_inout_alloc();
-    AVFilterInOut* closed = avfilter_inout_alloc();
-    *opened = {av_strdup("in"), source_, 0, nullptr};
-    *closed = {av_strdup("out"), sink_, 0, nullptr};
-    const std::string whole = chain + ",aformat=sample_fmts=dbl";
-    const int parsed = avfilter_graph_parse_ptr(graph_.get(), whole.c_str(), &closed, &opened, nullptr);
-    avfilter_inout_free(&opened);
-    avfilter_inout_free(&closed);
+    configure((inputs == 1 ? "[in0]" : "") + chain + ",aformat=sample_fmts=dbl[out]");
+}
+
+void ffmpeg_filter::configure(const std::string& chain) {
+    AVFilterInOut* outputs = nullptr;
+    for (std::size_t i = sources_.size(); i-- > 0;) {
+        outputs = linked(source_name(i), sources_[i], outputs);
+    }
+    AVFilterInOut* inputs = linked("out", sink_, nullptr);
+    const int parsed = avfilter_graph_parse_ptr(graph_.get(), chain.c_str(), &inputs, &outputs, nullptr);
+    avfilter_inout_free(&outputs);
+    avfilter_inout_free(&inputs);
     check(parsed, "parsing");
     check(avfilter_graph_config(graph_.get(), nullptr), "configuring");
 }
 
-std::size_t ffmpeg_filter::run(std::span<const double> interleaved) {
-    push(interleaved);
+std::size_t ffmpeg_filter::run(std::span<const double> interleaved, std::size_t input) {
+    push(interleaved, input);
+    return take_frames();
+}
+
+std::size_t ffmpeg_filter::finish(std::size_t input) {
+    check(av_buffersrc_add_frame(sources_[input], nullptr), "the end of a source");
+    return take_frames();
+}
+
+std::size_t ffmpeg_filter::take_frames() {
     std::size_t frames = 0;
     while (av_buffersink_get_frame(sink_, result_.get()) >= 0) {
         frames += static_cast<std::size_t>(result_->nb_samples);
@@ -80,7 +105,7 @@ std::size_t ffmpeg_filter::run(std::span<const double> interleaved) {
 }
 
 /// The buffers come from a pool and the chain gets the only reference, so that no filter has to copy once more.
-void ffmpeg_filter::push(std::span<const double> interleaved) {
+void ffmpeg_filter::push(std::span<const double> interleaved, std::size_t input) {
     AVFrame& frame = *frame_;
     frame.buf[0] = av_buffer_pool_get(pool_.get());
     frame.data[0] = frame.buf[0]->data;
@@ -92,7 +117,7 @@ void ffmpeg_filter::push(std::span<const double> interleaved) {
     frame.pts = next_frame_;
     next_frame_ += static_cast<std::int64_t>(block_frames);
     std::copy(interleaved.begin(), interleaved.end(), reinterpret_cast<double*>(frame.data[0]));
-    check(av_buffersrc_add_frame(source_, frame_.get()), "the source");
+    check(av_buffersrc_add_frame(sources_[input], frame_.get()), "the source");
 }
 
 } // namespace bench

@@ -81,6 +81,36 @@ void register_literal_limiter(const material& input) {
     });
 }
 
+/// Two tracks, each from an input of its own, and a linear fade of the length that the crossfader has by default.
+void register_acrossfade() {
+    benchmark::RegisterBenchmark("ffmpeg acrossfade/stereo, two tracks", [](benchmark::State& state) {
+        const std::vector<double> samples = stereo.samples();
+        for (auto _ : state) {
+            ffmpeg_filter filter("[in0][in1]acrossfade=duration=2:curve1=tri:curve2=tri", stereo, 2);
+            for (const std::size_t track : {std::size_t{0}, std::size_t{1}}) {
+                for (std::size_t i = 0; i < track_blocks; ++i) {
+                    benchmark::DoNotOptimize(filter.run(samples, track));
+                }
+                benchmark::DoNotOptimize(filter.finish(track));
+            }
+        }
+        count_speed(state, 2 * track_blocks);
+    });
+}
+
+void register_copy_of_album() {
+    benchmark::RegisterBenchmark("copy/stereo, two tracks", [](benchmark::State& state) {
+        refilled_block block(stereo);
+        for (auto _ : state) {
+            for (std::size_t i = 0; i < 2 * track_blocks; ++i) {
+                benchmark::DoNotOptimize(block.fill().at(0).get_data());
+                benchmark::ClobberMemory();
+            }
+        }
+        count_speed(state, 2 * track_blocks);
+    });
+}
+
 } // namespace
 
 std::vector<comparison> register_peers() {
@@ -97,6 +127,9 @@ std::vector<comparison> register_peers() {
         register_literal_limiter(input);
         comparisons.push_back({"Advanced Limiter", "literal limiter", input.name});
     }
+    register_copy_of_album();
+    register_acrossfade();
+    comparisons.push_back({"Crossfader", "ffmpeg acrossfade", "stereo, two tracks"});
     return comparisons;
 }
 
