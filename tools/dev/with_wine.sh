@@ -2,6 +2,12 @@
 # with_wine.sh COMMAND...: runs the command with a fresh Wine server for WINEPREFIX, on the X server of the caller.
 set -euo pipefail
 
+# Wine maps a page at a fixed address into every program. Where the system places things at random, something else lies
+# there once in some hundred starts, and the program ends with code 1 before its first instruction.
+if [[ -z ${KELVANE_FIXED_ADDRESSES:-} ]] && setarch --addr-no-randomize true 2>/dev/null; then
+    KELVANE_FIXED_ADDRESSES=1 exec setarch --addr-no-randomize "$0" "$@"
+fi
+
 # A server that is still there from an earlier call would go on with that call's X server, or with none.
 end_server() {
     wineserver -k || true # fails when there is none
