@@ -7,10 +7,10 @@ declare -A packages_of=(
         python3"
     [clang]="clang"
     [windows]="g++-mingw-w64-x86-64-posix wine wine64 xvfb xauth"
-    [test]="python3-pytest python3-numpy binutils ffmpeg sox"
+    [test]="python3-pytest python3-numpy binutils ffmpeg sox libfftw3-dev"
     [format]="clang-format git python3"
     [lint]="clang-tidy"
-    [bench]="libbenchmark-dev"
+    [bench]="libbenchmark-dev libfftw3-dev libsoxr-dev"
     [run]="extremetuxracer-data"
     [pictures]="imagemagick xdotool"
 )

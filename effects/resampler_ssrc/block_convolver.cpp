@@ -1,0 +1,89 @@
+#include "effects/resampler_ssrc/block_convolver.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace kelvane::ssrc {
+
+namespace {
+
+/// Into how many parts a filter is cut, at most: fewer make larger transforms that leave the cache, and more latency;
+/// more make more products.
+constexpr std::size_t most_parts = 2;
+
+std::size_t block_frames_for(std::size_t taps) noexcept {
+    return std::max(right_angle_fft::fewest_points, std::bit_ceil((taps + most_parts - 1) / most_parts));
+}
+
+} // namespace
+
+block_convolver::block_convolver(const shape& of, const vector_kernels& kernels)
+    : shape_(of), kernels_(&kernels), transform_(block_frames_for(of.taps), kernels),
+      parts_((of.taps + block_frames() - 1) / block_frames()),
+      filters_(of.inputs * of.outputs * parts_ * spectrum_numbers()),
+      blocks_in_(of.channels * of.inputs * 2 * block_frames()),
+      gathered_(of.channels * of.outputs * parts_ * spectrum_numbers()), spectrum_(spectrum_numbers()),
+      outputs_(of.outputs * block_frames()) {}
+
+void block_convolver::set_filter(std::size_t input, std::size_t output, std::span<const double> taps) noexcept {
+    const double scale = 1.0 / static_cast<double>(block_frames());
+    double* scaled = outputs_.data(); // nobody's at this time
+    double* zeros = spectrum_.data();
+    std::fill_n(zeros, block_frames(), 0.0);
+    for (std::size_t part = 0; part < parts_; ++part) {
+        const std::size_t first = std::min(part * block_frames(), taps.size());
+        const auto part_taps = taps.subspan(first, std::min(block_frames(), taps.size() - first));
+        std::fill_n(scaled, block_frames(), 0.0);
+        std::transform(part_taps.begin(), part_taps.end(), scaled, [scale](double tap) { return scale * tap; });
+        transform_.forward(scaled, zeros, filter_part(input, output, part));
+    }
+}
+
+std::span<double> block_convolver::input(std::size_t channel, std::size_t input) noexcept {
+    return {block(channel, input, blocks_), block_frames()};
+}
+
+std::span<const double> block_convolver::output(std::size_t output) const noexcept {
+    return {outputs_.data() + output * block_frames(), block_frames()};
+}
+
+void block_convolver::run(std::size_t channel) noexcept {
+    for (std::size_t input = 0; input < shape_.inputs; ++input) {
+        transform_.forward(block(channel, input, blocks_ + 1), block(channel, input, blocks_), spectrum_.data());
+        for (std::size_t output = 0; output < shape_.outputs; ++output) {
+            contribute(channel, input, output);
+        }
+    }
+    for (std::size_t output = 0; output < shape_.outputs; ++output) {
+        transform_.backward_im(gathered(channel, output, 0), outputs_.data() + output * block_frames());
+    }
+}
+
+void block_convolver::contribute(std::size_t channel, std::size_t input, std::size_t output) noexcept {
+    for (std::size_t part = 0; part < parts_; ++part) {
+        // The furthest spectrum is the one that the last block used up: the first input begins it anew.
+        const bool begins = input == 0 && part + 1 == parts_;
+        const auto operation = begins ? kernels_->multiply : kernels_->multiply_add;
+        operation(gathered(channel, output, part), spectrum_.data(), filter_part(input, output, part), block_frames());
+    }
+}
+
+void block_convolver::reset() noexcept {
+    std::fill(blocks_in_.begin(), blocks_in_.end(), 0.0);
+    std::fill(gathered_.begin(), gathered_.end(), 0.0);
+}
+
+double* block_convolver::block(std::size_t channel, std::size_t input, std::size_t number) noexcept {
+    return blocks_in_.data() + ((channel * shape_.inputs + input) * 2 + number % 2) * block_frames();
+}
+
+double* block_convolver::filter_part(std::size_t input, std::size_t output, std::size_t part) noexcept {
+    return filters_.data() + ((input * shape_.outputs + output) * parts_ + part) * spectrum_numbers();
+}
+
+double* block_convolver::gathered(std::size_t channel, std::size_t output, std::size_t ahead) noexcept {
+    const std::size_t slot = (blocks_ + ahead) % parts_;
+    return gathered_.data() + ((channel * shape_.outputs + output) * parts_ + slot) * spectrum_numbers();
+}
+
+} // namespace kelvane::ssrc

@@ -1,0 +1,66 @@
+// Conversion to a higher rate.
+#pragma once
+
+#include "effects/resampler_ssrc/aligned_array.h"
+#include "effects/resampler_ssrc/block_convolver.h"
+#include "effects/resampler_ssrc/filter_design.h"
+#include "effects/resampler_ssrc/polyphase_stage.h"
+#include "effects/resampler_ssrc/rate_plan.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace kelvane::ssrc {
+
+/// First the polyphase stage, from the input to `osf` times the output rate, then the long filter there.
+///
+/// Of the long filter's output every `osf`th value counts. So its input is taken as `osf` streams at the output rate
+/// (its components), each with its own share of the taps, and only what counts is computed.
+class up_path {
+public:
+    /// Throws `bad_allocation`.
+    up_path(const rate_plan& plan, const converter_quality& quality, std::size_t channels,
+            const vector_kernels& kernels);
+
+    /// Output frames at the start that hold nothing but the filters' delay.
+    std::size_t frames_to_discard() const noexcept { return frames_to_discard_; }
+
+    /// Input frames until the next block can run.
+    std::size_t frames_wanted() const noexcept { return frames_needed_ - frames_there_; }
+    /// Where a channel's next frames belong: at most the wanted.
+    double* next_frames(std::size_t channel) noexcept;
+    /// Tells that so many frames of all channels are there.
+    void take(std::size_t frames) noexcept { frames_there_ += frames; }
+
+    /// Output frames of a block, at most.
+    std::size_t most_block_frames() const noexcept { return convolver_.block_frames(); }
+    /// The output of one channel's block, when no more frames are wanted. Valid until the next call.
+    std::span<const double> run(std::size_t channel) noexcept;
+    /// Goes on to the next block, when all channels have run.
+    void next_block() noexcept;
+
+    /// Forgets the signal.
+    void reset() noexcept;
+
+private:
+    void set_filters(const low_pass& filter);
+    void start() noexcept;
+    double* held_frames(std::size_t channel) noexcept { return held_.data() + channel * most_held_frames_; }
+    std::size_t frames_needed() const noexcept;
+
+    std::uint32_t components_;
+    std::uint32_t phases_;          ///< ticks of a frame
+    std::uint32_t component_ticks_; ///< from one component's value to the next one's
+    std::int64_t lead_ticks_;       ///< from the prototype's first tap to its middle
+    polyphase_stage interpolation_; ///< of one component
+    block_convolver convolver_;
+    std::size_t frames_to_discard_;
+    std::size_t most_held_frames_;
+    aligned_array<double> held_;      ///< the frames that the next block reads, by channel
+    std::int64_t position_ticks_ = 0; ///< of the next block's first value, from the first frame held
+    std::size_t frames_there_ = 0;
+    std::size_t frames_needed_ = 0;
+};
+
+} // namespace kelvane::ssrc

@@ -1,0 +1,62 @@
+// The inner loops of the converter, once for each width of the processor's vectors.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace kelvane::ssrc {
+
+/// What a right-angle transform of `points` complex points needs to know. Each node of its tree of factors (see
+/// right_angle_fft.h) has w, w^2 and w^3 as pairs of numbers.
+struct transform_tables {
+    std::size_t points;         ///< a power of two, at least 32
+    bool opens_with_two;        ///< the root has two children (odd exponent), else four
+    const double* opening;      ///< of the root: w alone for two children
+    const double* const* inner; ///< level by level, 6 numbers per node
+    const double* leaves;       ///< per leaf of 16 points: 6 numbers, then 6 rows of 4, a column per child
+};
+
+/// The polyphase stage's position on its input: the filter's tap number `row` falls on the frame number `frame`.
+struct polyphase_position {
+    std::size_t frame;
+    std::uint32_t row;
+};
+
+/// A polyphase filter and the pace of its outputs. One output further, `step_frames` frames and `step_rows` rows of
+/// the `phases` rows to a frame have gone by.
+struct polyphase_tables {
+    const double* coefficients; ///< `phases` rows of `stride` numbers
+    std::size_t stride;         ///< taps of a row, filled up with zeros to a multiple of 4
+    std::uint32_t phases;
+    std::uint32_t step_frames;
+    std::uint32_t step_rows;
+};
+
+/// The loops of one width. Spectra are in the transform's own order, in blocks of four real parts and then their four
+/// imaginary ones. Every width does the same arithmetic in the same order and so gives the same bits.
+struct vector_kernels {
+    const char* name;
+
+    /// The spectrum of the complex signal re + i im.
+    void (*forward)(const transform_tables&, const double* re, const double* im, double* spectrum);
+    /// `points` times the signal of a spectrum, which is used up.
+    void (*backward)(const transform_tables&, double* spectrum, double* re, double* im);
+    /// The same, of which only the imaginary parts are asked for.
+    void (*backward_im)(const transform_tables&, double* spectrum, double* im);
+
+    /// to = a x b and to += a x b, bin by bin.
+    void (*multiply)(double* to, const double* a, const double* b, std::size_t points);
+    void (*multiply_add)(double* to, const double* a, const double* b, std::size_t points);
+
+    /// Computes `count` outputs and moves the position on. Reads `stride` frames for each of them.
+    void (*polyphase)(const polyphase_tables&, polyphase_position&, const double* frames, double* out,
+                      std::size_t count);
+};
+
+const vector_kernels& sse2_kernels() noexcept;
+const vector_kernels& avx2_kernels() noexcept; ///< only for a processor that has AVX2
+
+/// Those of the widest vectors that this processor has.
+const vector_kernels& best_kernels() noexcept;
+
+} // namespace kelvane::ssrc
