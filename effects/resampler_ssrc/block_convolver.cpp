@@ -22,13 +22,13 @@ block_convolver::block_convolver(const shape& of, const vector_kernels& kernels)
       parts_((of.taps + block_frames() - 1) / block_frames()),
       filters_(of.inputs * of.outputs * parts_ * spectrum_numbers()),
       blocks_in_(of.channels * of.inputs * 2 * block_frames()),
-      gathered_(of.channels * of.outputs * parts_ * spectrum_numbers()), spectrum_(spectrum_numbers()),
+      gathered_(of.channels * of.outputs * parts_ * spectrum_numbers()), spectra_(of.inputs * spectrum_numbers()),
       outputs_(of.outputs * block_frames()) {}
 
 void block_convolver::set_filter(std::size_t input, std::size_t output, std::span<const double> taps) noexcept {
     const double scale = 1.0 / static_cast<double>(block_frames());
     double* scaled = outputs_.data(); // nobody's at this time
-    double* zeros = spectrum_.data();
+    double* zeros = spectra_.data();
     std::fill_n(zeros, block_frames(), 0.0);
     for (std::size_t part = 0; part < parts_; ++part) {
         const std::size_t first = std::min(part * block_frames(), taps.size());
@@ -49,23 +49,25 @@ std::span<const double> block_convolver::output(std::size_t output) const noexce
 
 void block_convolver::run(std::size_t channel) noexcept {
     for (std::size_t input = 0; input < shape_.inputs; ++input) {
-        transform_.forward(block(channel, input, blocks_ + 1), block(channel, input, blocks_), spectrum_.data());
-        for (std::size_t output = 0; output < shape_.outputs; ++output) {
-            contribute(channel, input, output);
-        }
+        transform_.forward(block(channel, input, blocks_ + 1), block(channel, input, blocks_), spectrum(input));
     }
     for (std::size_t output = 0; output < shape_.outputs; ++output) {
+        for (std::size_t part = 0; part < parts_; ++part) {
+            gather(channel, output, part);
+        }
         transform_.backward_im(gathered(channel, output, 0), outputs_.data() + output * block_frames());
     }
 }
 
-void block_convolver::contribute(std::size_t channel, std::size_t input, std::size_t output) noexcept {
-    for (std::size_t part = 0; part < parts_; ++part) {
-        // The furthest spectrum is the one that the last block used up: the first input begins it anew.
-        const bool begins = input == 0 && part + 1 == parts_;
-        const auto operation = begins ? kernels_->multiply : kernels_->multiply_add;
-        operation(gathered(channel, output, part), spectrum_.data(), filter_part(input, output, part), block_frames());
+void block_convolver::gather(std::size_t channel, std::size_t output, std::size_t part) noexcept {
+    spectrum_products products{{}, {}, shape_.inputs};
+    for (std::size_t input = 0; input < shape_.inputs; ++input) {
+        products.signals[input] = spectrum(input);
+        products.filters[input] = filter_part(input, output, part);
     }
+    // The furthest spectrum is the one that the last block used up, and is begun anew.
+    const auto operation = part + 1 == parts_ ? kernels_->multiply : kernels_->multiply_add;
+    operation(products, gathered(channel, output, part), block_frames());
 }
 
 void block_convolver::reset() noexcept {

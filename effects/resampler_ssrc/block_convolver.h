@@ -23,7 +23,7 @@ namespace kelvane::ssrc {
 class block_convolver {
 public:
     struct shape {
-        std::size_t inputs;
+        std::size_t inputs; ///< at most 3
         std::size_t outputs;
         std::size_t taps; ///< of the longest filter
         std::size_t channels;
@@ -55,7 +55,9 @@ private:
     double* filter_part(std::size_t input, std::size_t output, std::size_t part) noexcept;
     /// The spectrum that gathers the output of the block `ahead` blocks from now.
     double* gathered(std::size_t channel, std::size_t output, std::size_t ahead) noexcept;
-    void contribute(std::size_t channel, std::size_t input, std::size_t output) noexcept;
+    /// The spectrum of an input's newest two blocks.
+    double* spectrum(std::size_t input) noexcept { return spectra_.data() + input * spectrum_numbers(); }
+    void gather(std::size_t channel, std::size_t output, std::size_t part) noexcept;
 
     shape shape_;
     const vector_kernels* kernels_;
@@ -65,7 +67,7 @@ private:
     aligned_array<double> filters_;   ///< spectra by input, output and part
     aligned_array<double> blocks_in_; ///< two blocks by channel and input
     aligned_array<double> gathered_;  ///< spectra by channel, output and part
-    aligned_array<double> spectrum_;
+    aligned_array<double> spectra_;
     aligned_array<double> outputs_;
 };
 

@@ -76,8 +76,7 @@ std::span<const double> down_path::run(std::size_t channel) noexcept {
     interleave(held_values(channel) + values_there_);
     const std::size_t values = values_there_ + convolver_.block_frames() * components_;
     const std::size_t count = interpolation_.outputs_within(position_, values);
-    polyphase_position position = position_;
-    interpolation_.run(position, held_values(channel), outputs_.data(), count);
+    interpolation_.run(position_, held_values(channel), outputs_.data(), count);
     return {outputs_.data(), count};
 }
 

@@ -10,6 +10,12 @@
 
 namespace kelvane::ssrc {
 
+/// Where an output lies on the input: the filter's tap number `row` falls on the frame number `frame`.
+struct polyphase_position {
+    std::size_t frame;
+    std::uint32_t row;
+};
+
 /// A filter at the common multiple of two rates, of which only the taps that meet an input frame are evaluated.
 ///
 /// A position p counts ticks of the common rate; a frame lasts `phases` of them. The output at p is the sum of frame(k)
@@ -34,12 +40,13 @@ public:
     /// How many outputs from the position on `frames` frames are enough for.
     std::size_t outputs_within(polyphase_position position, std::size_t frames) const noexcept;
 
-    /// Computes `count` outputs from the frames and moves the position on.
-    void run(polyphase_position& position, const double* frames, double* out, std::size_t count) const noexcept;
+    /// Computes `count` outputs from the position on.
+    void run(polyphase_position position, const double* frames, double* out, std::size_t count) const noexcept;
 
 private:
     std::int64_t ticks_of(polyphase_position position) const noexcept;
-    void pick(polyphase_position& position, const double* frames, double* out, std::size_t count) const noexcept;
+    void make_cycle(const low_pass& prototype);
+    void pick(std::size_t frame, const double* frames, double* out, std::size_t count) const noexcept;
 
     bool copies_; ///< the prototype is a single tap of 1
     std::size_t taps_;
@@ -47,7 +54,10 @@ private:
     std::uint32_t phases_;
     std::uint32_t step_ticks_;
     const vector_kernels* kernels_;
-    aligned_array<double> coefficients_; ///< `phases_` rows of `stride_`
+    // In the order of the outputs, whose rows repeat after `phases_` outputs.
+    aligned_array<double> coefficients_;
+    aligned_array<std::uint32_t> offsets_;
+    aligned_array<std::uint32_t> cycle_places_; ///< by row
 };
 
 } // namespace kelvane::ssrc

@@ -16,20 +16,27 @@ struct transform_tables {
     const double* leaves;       ///< per leaf of 16 points: 6 numbers, then 6 rows of 4, a column per child
 };
 
-/// The polyphase stage's position on its input: the filter's tap number `row` falls on the frame number `frame`.
-struct polyphase_position {
-    std::size_t frame;
-    std::uint32_t row;
+/// A polyphase filter in the order in which its outputs need it: output c of a cycle has the row c of coefficients and
+/// the frames from `offsets[c]` on. Three more rows and offsets of the next cycle follow.
+struct polyphase_tables {
+    const double* coefficients; ///< rows of `stride` numbers
+    const std::uint32_t* offsets;
+    std::size_t stride; ///< taps of a row, filled up with zeros to a multiple of 4
+    std::size_t cycle_outputs;
+    std::size_t cycle_frames;
 };
 
-/// A polyphase filter and the pace of its outputs. One output further, `step_frames` frames and `step_rows` rows of
-/// the `phases` rows to a frame have gone by.
-struct polyphase_tables {
-    const double* coefficients; ///< `phases` rows of `stride` numbers
-    std::size_t stride;         ///< taps of a row, filled up with zeros to a multiple of 4
-    std::uint32_t phases;
-    std::uint32_t step_frames;
-    std::uint32_t step_rows;
+/// Where an output is: its place in a cycle, and the frame at which that cycle begins.
+struct polyphase_cursor {
+    std::size_t cycle_place;
+    std::ptrdiff_t cycle_frame;
+};
+
+/// One output of a convolution: the sum of the products of `count` spectra with as many filters.
+struct spectrum_products {
+    const double* signals[3];
+    const double* filters[3];
+    std::size_t count; ///< 1 to 3
 };
 
 /// The loops of one width. Spectra are in the transform's own order, in blocks of four real parts and then their four
@@ -44,13 +51,12 @@ struct vector_kernels {
     /// The same, of which only the imaginary parts are asked for.
     void (*backward_im)(const transform_tables&, double* spectrum, double* im);
 
-    /// to = a x b and to += a x b, bin by bin.
-    void (*multiply)(double* to, const double* a, const double* b, std::size_t points);
-    void (*multiply_add)(double* to, const double* a, const double* b, std::size_t points);
+    /// to = the products' sum, and to += the products' sum, bin by bin.
+    void (*multiply)(const spectrum_products&, double* to, std::size_t points);
+    void (*multiply_add)(const spectrum_products&, double* to, std::size_t points);
 
-    /// Computes `count` outputs and moves the position on. Reads `stride` frames for each of them.
-    void (*polyphase)(const polyphase_tables&, polyphase_position&, const double* frames, double* out,
-                      std::size_t count);
+    /// Computes `count` outputs from the cursor's on. Reads `stride` frames for each of them.
+    void (*polyphase)(const polyphase_tables&, polyphase_cursor, const double* frames, double* out, std::size_t count);
 };
 
 const vector_kernels& sse2_kernels() noexcept;

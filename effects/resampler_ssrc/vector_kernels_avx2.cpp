@@ -1,7 +1,7 @@
 // Compiled for AVX2. What it includes must leave no function behind that another file could share: templates on the
 // vector's type and the compiler's own intrinsics do not.
 #include "effects/resampler_ssrc/four_avx2.h"
-#include "effects/resampler_ssrc/kernels_of_four.h"
+#include "effects/resampler_ssrc/kernels_of.h"
 
 namespace kelvane::ssrc {
 

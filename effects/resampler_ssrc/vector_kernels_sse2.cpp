@@ -1,5 +1,5 @@
 #include "effects/resampler_ssrc/four_sse2.h"
-#include "effects/resampler_ssrc/kernels_of_four.h"
+#include "effects/resampler_ssrc/kernels_of.h"
 
 namespace kelvane::ssrc {
 

@@ -1,7 +1,7 @@
-// The right-angle transform's passes, on vectors of four (complex_of_four.h).
+// The right-angle transform's passes.
 #pragma once
 
-#include "effects/resampler_ssrc/complex_of_four.h"
+#include "effects/resampler_ssrc/complex_lanes.h"
 #include "effects/resampler_ssrc/vector_kernels.h"
 
 #include <cstddef>
@@ -19,7 +19,7 @@ struct tree_place {
 };
 
 template <class Four>
-class transform_of_four {
+class transform_kernels {
 public:
     static void forward(const transform_tables& tables, const double* re, const double* im, double* spectrum) {
         const std::size_t children = tables.opens_with_two ? 2 : 4;
@@ -41,89 +41,98 @@ public:
     }
 
 private:
-    using complex = complex_of_four<Four>;
-    using node = node_of_four<Four>;
-    using four_quarters = quarters<Four>;
+    using part = typename Four::part;
+    using complex = complex_lanes<part>;
+    using node = node_lanes<part>;
+    using part_quarters = quarters<part>;
+    static constexpr std::size_t lanes = part::lanes;
+    static constexpr std::size_t parts = 4 / lanes; ///< of a block
 
-    static complex load_planes(const double* re, const double* im) { return {Four::load(re), Four::load(im)}; }
+    /// Calls the function for all parts of `points` points: with its place among the points and in a spectrum.
+    template <class Function>
+    static void for_parts(std::size_t points, Function&& function) {
+        for (std::size_t block = 0; block < points; block += 4) {
+            for (std::size_t lane = 0; lane < 4; lane += lanes) {
+                function(block + lane, 2 * block + lane);
+            }
+        }
+    }
+
+    static complex load_planes(const double* re, const double* im) { return {part::load(re), part::load(im)}; }
+    static void store_planes(const complex& value, double* re, double* im) {
+        value.re.store(re);
+        value.im.store(im);
+    }
 
     static void open_four(const transform_tables& tables, const double* re, const double* im, double* to) {
         const node roots = node::all(tables.opening);
         const std::size_t quarter = tables.points / 4;
-        for (std::size_t i = 0; i < quarter; i += 4) {
-            const four_quarters whole{load_planes(re + i, im + i), load_planes(re + i + quarter, im + i + quarter),
+        for_parts(quarter, [=](std::size_t i, std::size_t at) {
+            const part_quarters whole{load_planes(re + i, im + i), load_planes(re + i + quarter, im + i + quarter),
                                       load_planes(re + i + 2 * quarter, im + i + 2 * quarter),
                                       load_planes(re + i + 3 * quarter, im + i + 3 * quarter)};
-            split(whole, roots).store(to + 2 * i, 2 * quarter);
-        }
+            split(whole, roots).store(to + at, 2 * quarter);
+        });
     }
 
     static void open_two(const transform_tables& tables, const double* re, const double* im, double* to) {
         const complex w = complex::all(tables.opening);
         const std::size_t half = tables.points / 2;
-        for (std::size_t i = 0; i < half; i += 4) {
+        for_parts(half, [=](std::size_t i, std::size_t at) {
             const complex low = load_planes(re + i, im + i);
             const complex high = load_planes(re + i + half, im + i + half) * w;
-            (low + high).store(to + 2 * i);
-            (low - high).store(to + 2 * (i + half));
-        }
+            (low + high).store(to + at);
+            (low - high).store(to + at + 2 * half);
+        });
     }
 
     static void close_four(const transform_tables& tables, const double* from, double* re, double* im) {
         const node roots = node::all(tables.opening);
         const std::size_t quarter = tables.points / 4;
-        const auto put = [re, im](const complex& value, std::size_t at) {
-            value.re.store(re + at);
-            value.im.store(im + at);
-        };
-        for (std::size_t i = 0; i < quarter; i += 4) {
-            const four_quarters whole = join(four_quarters::load(from + 2 * i, 2 * quarter), roots);
-            put(whole.q0, i);
-            put(whole.q1, i + quarter);
-            put(whole.q2, i + 2 * quarter);
-            put(whole.q3, i + 3 * quarter);
-        }
+        for_parts(quarter, [=](std::size_t i, std::size_t at) {
+            const part_quarters whole = join(part_quarters::load(from + at, 2 * quarter), roots);
+            store_planes(whole.q0, re + i, im + i);
+            store_planes(whole.q1, re + i + quarter, im + i + quarter);
+            store_planes(whole.q2, re + i + 2 * quarter, im + i + 2 * quarter);
+            store_planes(whole.q3, re + i + 3 * quarter, im + i + 3 * quarter);
+        });
     }
 
     static void close_two(const transform_tables& tables, const double* from, double* re, double* im) {
         const complex w = complex::all(tables.opening);
         const std::size_t half = tables.points / 2;
-        for (std::size_t i = 0; i < half; i += 4) {
-            const complex first = complex::load(from + 2 * i);
-            const complex second = complex::load(from + 2 * (i + half));
-            const complex low = first + second;
-            const complex high = turned_back(first - second, w);
-            low.re.store(re + i);
-            low.im.store(im + i);
-            high.re.store(re + i + half);
-            high.im.store(im + i + half);
-        }
+        for_parts(half, [=](std::size_t i, std::size_t at) {
+            const complex first = complex::load(from + at);
+            const complex second = complex::load(from + at + 2 * half);
+            store_planes(first + second, re + i, im + i);
+            store_planes(turned_back(first - second, w), re + i + half, im + i + half);
+        });
     }
 
     /// The imaginary part of a x conjugate of w.
-    static Four turned_back_im(const complex& a, const complex& w) { return a.im * w.re - a.re * w.im; }
+    static part turned_back_im(const complex& a, const complex& w) { return a.im * w.re - a.re * w.im; }
 
     static void close_four_im(const transform_tables& tables, const double* from, double* im) {
         const node roots = node::all(tables.opening);
         const std::size_t quarter = tables.points / 4;
-        for (std::size_t i = 0; i < quarter; i += 4) {
-            const four_quarters whole = join_unturned(four_quarters::load(from + 2 * i, 2 * quarter));
+        for_parts(quarter, [=](std::size_t i, std::size_t at) {
+            const part_quarters whole = join_unturned(part_quarters::load(from + at, 2 * quarter));
             whole.q0.im.store(im + i);
             turned_back_im(whole.q1, roots.w1).store(im + i + quarter);
             turned_back_im(whole.q2, roots.w2).store(im + i + 2 * quarter);
             turned_back_im(whole.q3, roots.w3).store(im + i + 3 * quarter);
-        }
+        });
     }
 
     static void close_two_im(const transform_tables& tables, const double* from, double* im) {
         const complex w = complex::all(tables.opening);
         const std::size_t half = tables.points / 2;
-        for (std::size_t i = 0; i < half; i += 4) {
-            const complex first = complex::load(from + 2 * i);
-            const complex second = complex::load(from + 2 * (i + half));
+        for_parts(half, [=](std::size_t i, std::size_t at) {
+            const complex first = complex::load(from + at);
+            const complex second = complex::load(from + at + 2 * half);
             (first.im + second.im).store(im + i);
             turned_back_im(first - second, w).store(im + i + half);
-        }
+        });
     }
 
     /// Depth first: a node that fits a level of the cache is done with before the next one is touched.
@@ -134,9 +143,9 @@ private:
         }
         const node roots = node::all(tables.inner[place.level] + numbers_per_node * place.number);
         const std::size_t quarter = points / 4;
-        for (std::size_t i = 0; i < quarter; i += 4) {
-            split(four_quarters::load(data + 2 * i, 2 * quarter), roots).store(data + 2 * i, 2 * quarter);
-        }
+        for_parts(quarter, [=](std::size_t, std::size_t at) {
+            split(part_quarters::load(data + at, 2 * quarter), roots).store(data + at, 2 * quarter);
+        });
         for (std::size_t child = 0; child < 4; ++child) {
             split_node(tables, {place.level + 1, 4 * place.number + child}, quarter, data + 2 * child * quarter);
         }
@@ -152,9 +161,9 @@ private:
             join_node(tables, {place.level + 1, 4 * place.number + child}, quarter, data + 2 * child * quarter);
         }
         const node roots = node::all(tables.inner[place.level] + numbers_per_node * place.number);
-        for (std::size_t i = 0; i < quarter; i += 4) {
-            join(four_quarters::load(data + 2 * i, 2 * quarter), roots).store(data + 2 * i, 2 * quarter);
-        }
+        for_parts(quarter, [=](std::size_t, std::size_t at) {
+            join(part_quarters::load(data + at, 2 * quarter), roots).store(data + at, 2 * quarter);
+        });
     }
 
     static void join_children(const transform_tables& tables, double* spectrum) {
@@ -168,13 +177,25 @@ private:
     /// The last two levels. Between them the lanes change from points to children, and stay so: the order of a spectrum
     /// is nobody's business but the transform's.
     static void split_leaf(const double* numbers, double* data) {
-        const four_quarters children = split(four_quarters::load(data, 8), node::all(numbers));
-        split(transposed(children), node::each(numbers + numbers_per_node)).store(data, 8);
+        part_quarters children[parts];
+        for (std::size_t p = 0; p < parts; ++p) {
+            children[p] = split(part_quarters::load(data + p * lanes, 8), node::all(numbers));
+        }
+        for (std::size_t p = 0; p < parts; ++p) {
+            const node roots = node::each(numbers + numbers_per_node + p * lanes);
+            split(turned(children, p), roots).store(data + p * lanes, 8);
+        }
     }
 
     static void join_leaf(const double* numbers, double* data) {
-        const four_quarters children = join(four_quarters::load(data, 8), node::each(numbers + numbers_per_node));
-        join(transposed(children), node::all(numbers)).store(data, 8);
+        part_quarters children[parts];
+        for (std::size_t p = 0; p < parts; ++p) {
+            const node roots = node::each(numbers + numbers_per_node + p * lanes);
+            children[p] = join(part_quarters::load(data + p * lanes, 8), roots);
+        }
+        for (std::size_t p = 0; p < parts; ++p) {
+            join(turned(children, p), node::all(numbers)).store(data + p * lanes, 8);
+        }
     }
 };
 
