@@ -9,7 +9,7 @@ namespace {
 
 /// Into how many parts a filter is cut, at most: fewer make larger transforms that leave the cache, and more latency;
 /// more make more products.
-constexpr std::size_t most_parts = 2;
+constexpr std::size_t most_parts = convolution::most_parts;
 
 std::size_t block_frames_for(std::size_t taps) noexcept {
     return std::max(right_angle_fft::fewest_points, std::bit_ceil((taps + most_parts - 1) / most_parts));
@@ -48,26 +48,27 @@ std::span<const double> block_convolver::output(std::size_t output) const noexce
 }
 
 void block_convolver::run(std::size_t channel) noexcept {
+    convolution now{};
+    now.inputs = shape_.inputs;
+    now.outputs = shape_.outputs;
+    now.parts = parts_;
     for (std::size_t input = 0; input < shape_.inputs; ++input) {
-        transform_.forward(block(channel, input, blocks_ + 1), block(channel, input, blocks_), spectrum(input));
+        now.older[input] = block(channel, input, blocks_ + 1);
+        now.newer[input] = block(channel, input, blocks_);
+        now.spectra[input] = spectra_.data() + input * spectrum_numbers();
+        for (std::size_t output = 0; output < shape_.outputs; ++output) {
+            for (std::size_t part = 0; part < parts_; ++part) {
+                now.filters[input][output][part] = filter_part(input, output, part);
+            }
+        }
     }
     for (std::size_t output = 0; output < shape_.outputs; ++output) {
+        now.results[output] = outputs_.data() + output * block_frames();
         for (std::size_t part = 0; part < parts_; ++part) {
-            gather(channel, output, part);
+            now.gathered[output][part] = gathered(channel, output, part);
         }
-        transform_.backward_im(gathered(channel, output, 0), outputs_.data() + output * block_frames());
     }
-}
-
-void block_convolver::gather(std::size_t channel, std::size_t output, std::size_t part) noexcept {
-    spectrum_products products{{}, {}, shape_.inputs};
-    for (std::size_t input = 0; input < shape_.inputs; ++input) {
-        products.signals[input] = spectrum(input);
-        products.filters[input] = filter_part(input, output, part);
-    }
-    // The furthest spectrum is the one that the last block used up, and is begun anew.
-    const auto operation = part + 1 == parts_ ? kernels_->multiply : kernels_->multiply_add;
-    operation(products, gathered(channel, output, part), block_frames());
+    kernels_->convolve(transform_.tables(), now);
 }
 
 void block_convolver::reset() noexcept {

@@ -23,9 +23,9 @@ namespace kelvane::ssrc {
 class block_convolver {
 public:
     struct shape {
-        std::size_t inputs; ///< at most 3
-        std::size_t outputs;
-        std::size_t taps; ///< of the longest filter
+        std::size_t inputs;  ///< at most 3
+        std::size_t outputs; ///< at most 3
+        std::size_t taps;    ///< of the longest filter
         std::size_t channels;
     };
 
@@ -55,9 +55,6 @@ private:
     double* filter_part(std::size_t input, std::size_t output, std::size_t part) noexcept;
     /// The spectrum that gathers the output of the block `ahead` blocks from now.
     double* gathered(std::size_t channel, std::size_t output, std::size_t ahead) noexcept;
-    /// The spectrum of an input's newest two blocks.
-    double* spectrum(std::size_t input) noexcept { return spectra_.data() + input * spectrum_numbers(); }
-    void gather(std::size_t channel, std::size_t output, std::size_t part) noexcept;
 
     shape shape_;
     const vector_kernels* kernels_;

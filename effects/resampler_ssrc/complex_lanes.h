@@ -73,36 +73,42 @@ struct quarters {
     }
 };
 
+/// What four numbers make before the last step of a butterfly.
+template <class Part>
+struct butterfly {
+    complex_lanes<Part> even_sum;
+    complex_lanes<Part> even_difference;
+    complex_lanes<Part> odd_sum;
+    complex_lanes<Part> odd_difference;
+
+    butterfly(const complex_lanes<Part>& b0, const complex_lanes<Part>& b1, const complex_lanes<Part>& b2,
+              const complex_lanes<Part>& b3)
+        : even_sum(b0 + b2), even_difference(b0 - b2), odd_sum(b1 + b3), odd_difference(b1 - b3) {}
+};
+
 /// Child k is q0 + q1 (w i^k) + q2 (w i^k)^2 + q3 (w i^k)^3.
 template <class Part>
 inline quarters<Part> split(const quarters<Part>& node, const node_lanes<Part>& roots) {
-    const auto b1 = node.q1 * roots.w1;
-    const auto b2 = node.q2 * roots.w2;
-    const auto b3 = node.q3 * roots.w3;
-    const auto even_sum = node.q0 + b2;
-    const auto even_difference = node.q0 - b2;
-    const auto odd_sum = b1 + b3;
-    const auto odd_difference = b1 - b3;
-    return {even_sum + odd_sum, plus_i_times(even_difference, odd_difference), even_sum - odd_sum,
-            minus_i_times(even_difference, odd_difference)};
+    const butterfly<Part> b(node.q0, node.q1 * roots.w1, node.q2 * roots.w2, node.q3 * roots.w3);
+    return {b.even_sum + b.odd_sum, plus_i_times(b.even_difference, b.odd_difference), b.even_sum - b.odd_sum,
+            minus_i_times(b.even_difference, b.odd_difference)};
 }
 
 /// The inverse of the split without its last products: four times q0, w q1, w^2 q2, w^3 q3.
 template <class Part>
 inline quarters<Part> join_unturned(const quarters<Part>& children) {
-    const auto even_sum = children.q0 + children.q2;
-    const auto even_difference = children.q0 - children.q2;
-    const auto odd_sum = children.q1 + children.q3;
-    const auto odd_difference = children.q1 - children.q3;
-    return {even_sum + odd_sum, minus_i_times(even_difference, odd_difference), even_sum - odd_sum,
-            plus_i_times(even_difference, odd_difference)};
+    const butterfly<Part> b(children.q0, children.q1, children.q2, children.q3);
+    return {b.even_sum + b.odd_sum, minus_i_times(b.even_difference, b.odd_difference), b.even_sum - b.odd_sum,
+            plus_i_times(b.even_difference, b.odd_difference)};
 }
 
-/// Part times the inverse of the split.
+/// Four times the inverse of the split. Not written on the former: the compiler would take the copies through memory.
 template <class Part>
 inline quarters<Part> join(const quarters<Part>& children, const node_lanes<Part>& roots) {
-    const quarters<Part> sums = join_unturned(children);
-    return {sums.q0, turned_back(sums.q1, roots.w1), turned_back(sums.q2, roots.w2), turned_back(sums.q3, roots.w3)};
+    const butterfly<Part> b(children.q0, children.q1, children.q2, children.q3);
+    return {b.even_sum + b.odd_sum, turned_back(minus_i_times(b.even_difference, b.odd_difference), roots.w1),
+            turned_back(b.even_sum - b.odd_sum, roots.w2),
+            turned_back(plus_i_times(b.even_difference, b.odd_difference), roots.w3)};
 }
 
 /// Lane j of vector i becomes lane i of vector j.

@@ -1,6 +1,7 @@
 #include "effects/resampler_ssrc/down_path.h"
 
 #include <algorithm>
+#include <array>
 
 namespace kelvane::ssrc {
 
@@ -22,8 +23,9 @@ std::size_t delay_frames(const rate_plan& plan, const low_pass& filter, const lo
 
 down_path::down_path(const rate_plan& plan, const converter_quality& quality, std::size_t channels,
                      const vector_kernels& kernels)
-    : components_(plan.osf), interpolation_(design_polyphase_filter(plan, quality), plan.common_hz / plan.filter_hz(),
-                                            plan.common_hz / plan.output_hz, kernels),
+    : kernels_(&kernels), components_(plan.osf),
+      interpolation_(design_polyphase_filter(plan, quality), plan.common_hz / plan.filter_hz(),
+                     plan.common_hz / plan.output_hz, kernels),
       convolver_({1, components_, component_taps(design_long_filter(plan, quality).length, components_), channels},
                  kernels),
       lead_values_(interpolation_.taps() + 1) {
@@ -63,12 +65,11 @@ void down_path::reset() noexcept {
 }
 
 void down_path::interleave(double* to) const noexcept {
+    std::array<const double*, convolution::most_outputs> sources{};
     for (std::size_t component = 0; component < components_; ++component) {
-        const std::span<const double> values = convolver_.output(component);
-        for (std::size_t i = 0; i < values.size(); ++i) {
-            to[i * components_ + component] = values[i];
-        }
+        sources[component] = convolver_.output(component).data();
     }
+    kernels_->interleave(sources.data(), components_, to, convolver_.block_frames());
 }
 
 std::span<const double> down_path::run(std::size_t channel) noexcept {

@@ -50,6 +50,7 @@ private:
     /// Appends the filter's output to what is held.
     void interleave(double* to) const noexcept;
 
+    const vector_kernels* kernels_;
     std::uint32_t components_;
     polyphase_stage interpolation_;
     block_convolver convolver_;

@@ -24,6 +24,8 @@ struct two_sse2 {
     friend two_sse2 even_lanes(two_sse2 a, two_sse2 b) { return {_mm_unpacklo_pd(a.values, b.values)}; }
     /// a1 b1
     friend two_sse2 odd_lanes(two_sse2 a, two_sse2 b) { return {_mm_unpackhi_pd(a.values, b.values)}; }
+    /// a0 b1
+    friend two_sse2 alternate_lanes(two_sse2 a, two_sse2 b) { return {_mm_shuffle_pd(a.values, b.values, 0b10)}; }
 };
 
 struct four_sse2 {
@@ -51,10 +53,16 @@ struct four_sse2 {
     friend four_sse2 odd_lanes(four_sse2 a, four_sse2 b) {
         return {odd_lanes(a.low, b.low), odd_lanes(a.high, b.high)};
     }
+    /// a0 b1 a2 b3
+    friend four_sse2 alternate_lanes(four_sse2 a, four_sse2 b) {
+        return {alternate_lanes(a.low, b.low), alternate_lanes(a.high, b.high)};
+    }
     /// a0 a1 b0 b1
     friend four_sse2 low_halves(four_sse2 a, four_sse2 b) { return {a.low, b.low}; }
     /// a2 a3 b2 b3
     friend four_sse2 high_halves(four_sse2 a, four_sse2 b) { return {a.high, b.high}; }
+    /// a0 a1 b2 b3
+    friend four_sse2 outer_halves(four_sse2 a, four_sse2 b) { return {a.low, b.high}; }
 };
 
 } // namespace kelvane::ssrc

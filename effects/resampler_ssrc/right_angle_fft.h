@@ -39,18 +39,17 @@ public:
     void backward(double* spectrum, double* re, double* im) const noexcept {
         kernels_->backward(tables(), spectrum, re, im);
     }
-    /// The imaginary parts alone of `backward`.
-    void backward_im(double* spectrum, double* im) const noexcept { kernels_->backward_im(tables(), spectrum, im); }
-
     /// For each number pair of a spectrum, by its place, its root's number k: the root is e^(2 pi i (1/4 + k) / M).
     /// A pair's place counts blocks of four: real part at 8 (place / 4) + place % 4, imaginary part four behind it.
     std::size_t root_number(std::size_t place) const noexcept;
+
+    /// For the inner loops.
+    transform_tables tables() const noexcept;
 
 private:
     static constexpr std::size_t most_levels = 16;
 
     bool opens_with_two() const noexcept;
-    transform_tables tables() const noexcept;
     void make_inner_level(std::size_t level, std::size_t nodes);
     void make_leaves();
 

@@ -24,7 +24,7 @@ public:
     static void forward(const transform_tables& tables, const double* re, const double* im, double* spectrum) {
         const std::size_t children = tables.opens_with_two ? 2 : 4;
         const std::size_t child_points = tables.points / children;
-        tables.opens_with_two ? open_two(tables, re, im, spectrum) : open_four(tables, re, im, spectrum);
+        open(tables, re, im, spectrum);
         for (std::size_t child = 0; child < children; ++child) {
             split_node(tables, {0, child}, child_points, spectrum + 2 * child * child_points);
         }
@@ -35,10 +35,54 @@ public:
         tables.opens_with_two ? close_two(tables, spectrum, re, im) : close_four(tables, spectrum, re, im);
     }
 
-    static void backward_im(const transform_tables& tables, double* spectrum, double* im) {
-        join_children(tables, spectrum);
+    /// The root's pass alone, there and back; of what comes back only the imaginary parts.
+    static void open(const transform_tables& tables, const double* re, const double* im, double* spectrum) {
+        tables.opens_with_two ? open_two(tables, re, im, spectrum) : open_four(tables, re, im, spectrum);
+    }
+    static void close_im(const transform_tables& tables, const double* spectrum, double* im) {
         tables.opens_with_two ? close_two_im(tables, spectrum, im) : close_four_im(tables, spectrum, im);
     }
+
+    /// A node's own pass alone, there and back.
+    static void split_pass(const transform_tables& tables, tree_place place, std::size_t points, double* data) {
+        const node roots = node::all(tables.inner[place.level] + numbers_per_node * place.number);
+        const std::size_t quarter = points / 4;
+        for_parts(quarter, [=](std::size_t, std::size_t at) {
+            split(part_quarters::load(data + at, 2 * quarter), roots).store(data + at, 2 * quarter);
+        });
+    }
+    static void join_pass(const transform_tables& tables, tree_place place, std::size_t points, double* data) {
+        const node roots = node::all(tables.inner[place.level] + numbers_per_node * place.number);
+        const std::size_t quarter = points / 4;
+        for_parts(quarter, [=](std::size_t, std::size_t at) {
+            join(part_quarters::load(data + at, 2 * quarter), roots).store(data + at, 2 * quarter);
+        });
+    }
+
+    /// A node with all below it, depth first: what fits a level of the cache is done with before the next is touched.
+    static void split_node(const transform_tables& tables, tree_place place, std::size_t points, double* data) {
+        if (points <= cached_points) {
+            split_cached_node(tables, place, points, data);
+            return;
+        }
+        split_pass(tables, place, points, data);
+        for (std::size_t child = 0; child < 4; ++child) {
+            split_node(tables, {place.level + 1, 4 * place.number + child}, points / 4, data + child * points / 2);
+        }
+    }
+    static void join_node(const transform_tables& tables, tree_place place, std::size_t points, double* data) {
+        if (points <= cached_points) {
+            join_cached_node(tables, place, points, data);
+            return;
+        }
+        for (std::size_t child = 0; child < 4; ++child) {
+            join_node(tables, {place.level + 1, 4 * place.number + child}, points / 4, data + child * points / 2);
+        }
+        join_pass(tables, place, points, data);
+    }
+
+    /// The points of a node that the first level of the cache holds for several signals.
+    static constexpr std::size_t cached_points = 256;
 
 private:
     using part = typename Four::part;
@@ -135,35 +179,41 @@ private:
         });
     }
 
-    /// Depth first: a node that fits a level of the cache is done with before the next one is touched.
-    static void split_node(const transform_tables& tables, tree_place place, std::size_t points, double* data) {
-        if (points == leaf_points) {
-            split_leaf(tables.leaves + numbers_per_leaf * place.number, data);
-            return;
+    /// Level by level.
+    static void split_cached_node(const transform_tables& tables, tree_place place, std::size_t points, double* data) {
+        std::size_t nodes = 1;
+        for (; points > leaf_points; points /= 4) {
+            for (std::size_t i = 0; i < nodes; ++i) {
+                split_pass(tables, {place.level, place.number + i}, points, data + 2 * i * points);
+            }
+            place = {place.level + 1, 4 * place.number};
+            nodes *= 4;
         }
-        const node roots = node::all(tables.inner[place.level] + numbers_per_node * place.number);
-        const std::size_t quarter = points / 4;
-        for_parts(quarter, [=](std::size_t, std::size_t at) {
-            split(part_quarters::load(data + at, 2 * quarter), roots).store(data + at, 2 * quarter);
-        });
-        for (std::size_t child = 0; child < 4; ++child) {
-            split_node(tables, {place.level + 1, 4 * place.number + child}, quarter, data + 2 * child * quarter);
+        for (std::size_t i = 0; i < nodes; ++i) {
+            split_leaf(tables.leaves + numbers_per_leaf * (place.number + i), data + 2 * i * leaf_points);
         }
     }
 
-    static void join_node(const transform_tables& tables, tree_place place, std::size_t points, double* data) {
-        if (points == leaf_points) {
-            join_leaf(tables.leaves + numbers_per_leaf * place.number, data);
-            return;
+    static void join_cached_node(const transform_tables& tables, tree_place place, std::size_t points, double* data) {
+        const std::size_t leaves = points / leaf_points;
+        for (std::size_t i = 0; i < leaves; ++i) {
+            join_leaf(tables.leaves + numbers_per_leaf * (place.number * leaves + i), data + 2 * i * leaf_points);
         }
-        const std::size_t quarter = points / 4;
-        for (std::size_t child = 0; child < 4; ++child) {
-            join_node(tables, {place.level + 1, 4 * place.number + child}, quarter, data + 2 * child * quarter);
+        for (std::size_t size = 4 * leaf_points; size <= points; size *= 4) {
+            const std::size_t nodes = points / size;
+            const std::size_t level = place.level + levels_between(points, size);
+            for (std::size_t i = 0; i < nodes; ++i) {
+                join_pass(tables, {level, place.number * nodes + i}, size, data + 2 * i * size);
+            }
         }
-        const node roots = node::all(tables.inner[place.level] + numbers_per_node * place.number);
-        for_parts(quarter, [=](std::size_t, std::size_t at) {
-            join(part_quarters::load(data + at, 2 * quarter), roots).store(data + at, 2 * quarter);
-        });
+    }
+
+    static constexpr std::size_t levels_between(std::size_t points, std::size_t size) {
+        std::size_t levels = 0;
+        for (; size < points; size *= 4) {
+            ++levels;
+        }
+        return levels;
     }
 
     static void join_children(const transform_tables& tables, double* spectrum) {

@@ -32,11 +32,21 @@ struct polyphase_cursor {
     std::ptrdiff_t cycle_frame;
 };
 
-/// One output of a convolution: the sum of the products of `count` spectra with as many filters.
-struct spectrum_products {
-    const double* signals[3];
-    const double* filters[3];
-    std::size_t count; ///< 1 to 3
+/// A block of a partitioned convolution, for one channel (block_convolver.h).
+struct convolution {
+    static constexpr std::size_t most_inputs = 3;
+    static constexpr std::size_t most_outputs = 3;
+    static constexpr std::size_t most_parts = 2;
+
+    std::size_t inputs;
+    std::size_t outputs;
+    std::size_t parts;
+    const double* older[most_inputs]; ///< the block before
+    const double* newer[most_inputs]; ///< this block
+    double* spectra[most_inputs];     ///< room for their spectra
+    const double* filters[most_inputs][most_outputs][most_parts];
+    double* gathered[most_outputs][most_parts]; ///< sums of products, this block's first
+    double* results[most_outputs];
 };
 
 /// The loops of one width. Spectra are in the transform's own order, in blocks of four real parts and then their four
@@ -48,12 +58,12 @@ struct vector_kernels {
     void (*forward)(const transform_tables&, const double* re, const double* im, double* spectrum);
     /// `points` times the signal of a spectrum, which is used up.
     void (*backward)(const transform_tables&, double* spectrum, double* re, double* im);
-    /// The same, of which only the imaginary parts are asked for.
-    void (*backward_im)(const transform_tables&, double* spectrum, double* im);
+    /// Transforms the inputs, adds their products with the filters to what is gathered (the last part begins anew) and
+    /// transforms this block's sums back.
+    void (*convolve)(const transform_tables&, const convolution&);
 
-    /// to = the products' sum, and to += the products' sum, bin by bin.
-    void (*multiply)(const spectrum_products&, double* to, std::size_t points);
-    void (*multiply_add)(const spectrum_products&, double* to, std::size_t points);
+    /// Lets the values of 1 to 3 sources take turns.
+    void (*interleave)(const double* const* sources, std::size_t count, double* to, std::size_t values);
 
     /// Computes `count` outputs from the cursor's on. Reads `stride` frames for each of them.
     void (*polyphase)(const polyphase_tables&, polyphase_cursor, const double* frames, double* out, std::size_t count);

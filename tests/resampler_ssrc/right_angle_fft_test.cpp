@@ -109,13 +109,9 @@ TEST(RightAngleFft, BackwardGivesThePointsTimesTheSignal) {
         const right_angle_fft transform(points);
         std::vector<double> spectrum(2 * points);
         transform.forward(re.data(), im.data(), spectrum.data());
-        std::vector<double> again = spectrum;
         std::vector<double> re_back(points);
         std::vector<double> im_back(points);
-        std::vector<double> im_alone(points);
         transform.backward(spectrum.data(), re_back.data(), im_back.data());
-        transform.backward_im(again.data(), im_alone.data());
-        EXPECT_EQ(bits_of(im_alone), bits_of(im_back)) << points;
         for (std::size_t i = 0; i < points; ++i) {
             ASSERT_NEAR(re_back[i] / static_cast<double>(points), re[i], 3e-15) << points;
             ASSERT_NEAR(im_back[i] / static_cast<double>(points), im[i], 3e-15) << points;
@@ -137,10 +133,10 @@ TEST(RightAngleFft, EveryVectorWidthGivesTheSameBits) {
         narrow_transform.forward(signal.data(), signal.data() + points, narrow.data());
         wide_transform.forward(signal.data(), signal.data() + points, wide.data());
         EXPECT_EQ(bits_of(narrow), bits_of(wide)) << points;
-        std::vector<double> narrow_back(points);
-        std::vector<double> wide_back(points);
-        narrow_transform.backward_im(narrow.data(), narrow_back.data());
-        wide_transform.backward_im(wide.data(), wide_back.data());
+        std::vector<double> narrow_back(2 * points);
+        std::vector<double> wide_back(2 * points);
+        narrow_transform.backward(narrow.data(), narrow_back.data(), narrow_back.data() + points);
+        wide_transform.backward(wide.data(), wide_back.data(), wide_back.data() + points);
         EXPECT_EQ(bits_of(narrow_back), bits_of(wide_back)) << points;
     }
 }

@@ -1,0 +1,107 @@
+// A block of a partitioned convolution in one go.
+#pragma once
+
+#include "effects/resampler_ssrc/complex_lanes.h"
+#include "effects/resampler_ssrc/transform_kernels.h"
+#include "effects/resampler_ssrc/vector_kernels.h"
+
+#include <cstddef>
+
+namespace kelvane::ssrc {
+
+/// Transforms there, products and transforms back share one walk of the tree: a node of all inputs' spectra is split
+/// down to its leaves, multiplied and joined again while it is in the first level of the cache.
+template <class Four>
+class convolution_kernels {
+public:
+    static void run(const transform_tables& tables, const convolution& block) {
+        for (std::size_t input = 0; input < block.inputs; ++input) {
+            transform::open(tables, block.older[input], block.newer[input], block.spectra[input]);
+        }
+        const std::size_t children = tables.opens_with_two ? 2 : 4;
+        const std::size_t child_points = tables.points / children;
+        for (std::size_t child = 0; child < children; ++child) {
+            walk(tables, block, {0, child}, child_points);
+        }
+        for (std::size_t output = 0; output < block.outputs; ++output) {
+            transform::close_im(tables, block.gathered[output][0], block.results[output]);
+        }
+    }
+
+private:
+    using transform = transform_kernels<Four>;
+    using complex = complex_lanes<typename Four::part>;
+
+    static void walk(const transform_tables& tables, const convolution& block, tree_place place, std::size_t points) {
+        const std::size_t first = 2 * place.number * points;
+        if (points <= transform::cached_points) {
+            finish(tables, block, place, points);
+            return;
+        }
+        for (std::size_t input = 0; input < block.inputs; ++input) {
+            transform::split_pass(tables, place, points, block.spectra[input] + first);
+        }
+        for (std::size_t child = 0; child < 4; ++child) {
+            walk(tables, block, {place.level + 1, 4 * place.number + child}, points / 4);
+        }
+        for (std::size_t output = 0; output < block.outputs; ++output) {
+            transform::join_pass(tables, place, points, block.gathered[output][0] + first);
+        }
+    }
+
+    static void finish(const transform_tables& tables, const convolution& block, tree_place place, std::size_t points) {
+        const std::size_t first = 2 * place.number * points;
+        for (std::size_t input = 0; input < block.inputs; ++input) {
+            transform::split_node(tables, place, points, block.spectra[input] + first);
+        }
+        for (std::size_t output = 0; output < block.outputs; ++output) {
+            multiply(block, output, first, first + 2 * points);
+            transform::join_node(tables, place, points, block.gathered[output][0] + first);
+        }
+    }
+
+    static void multiply(const convolution& block, std::size_t output, std::size_t first, std::size_t last) {
+        switch (block.inputs) {
+        case 1:
+            return multiply_inputs<1>(block, output, first, last);
+        case 2:
+            return multiply_inputs<2>(block, output, first, last);
+        default:
+            return multiply_inputs<3>(block, output, first, last);
+        }
+    }
+
+    template <std::size_t Inputs>
+    static void multiply_inputs(const convolution& block, std::size_t output, std::size_t first, std::size_t last) {
+        for (std::size_t part = 0; part + 1 < block.parts; ++part) {
+            sum_up<Inputs, true>(block, output, part, first, last);
+        }
+        sum_up<Inputs, false>(block, output, block.parts - 1, first, last);
+    }
+
+    template <std::size_t Inputs, bool Adds>
+    static void sum_up(const convolution& block, std::size_t output, std::size_t part, std::size_t first,
+                       std::size_t last) {
+        double* to = block.gathered[output][part];
+        const double* signals[Inputs];
+        const double* filters[Inputs];
+        for (std::size_t input = 0; input < Inputs; ++input) {
+            signals[input] = block.spectra[input];
+            filters[input] = block.filters[input][output][part];
+        }
+        for (std::size_t place = first; place < last; place += 8) {
+            for (std::size_t at = place; at < place + 4; at += Four::part::lanes) {
+                complex sum = complex::load(signals[0] + at) * complex::load(filters[0] + at);
+                for (std::size_t input = 1; input < Inputs; ++input) {
+                    sum = sum + complex::load(signals[input] + at) * complex::load(filters[input] + at);
+                }
+                if constexpr (Adds) {
+                    sum = complex::load(to + at) + sum;
+                }
+                sum.store(to + at);
+            }
+        }
+    }
+};
+
+} // namespace kelvane::ssrc
