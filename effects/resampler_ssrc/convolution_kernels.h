@@ -73,35 +73,46 @@ private:
 
     template <std::size_t Inputs>
     static void multiply_inputs(const convolution& block, std::size_t output, std::size_t first, std::size_t last) {
-        for (std::size_t part = 0; part + 1 < block.parts; ++part) {
-            sum_up<Inputs, true>(block, output, part, first, last);
-        }
-        sum_up<Inputs, false>(block, output, block.parts - 1, first, last);
+        block.parts == 1 ? sum_up<Inputs, 1>(block, output, first, last)
+                         : sum_up<Inputs, 2>(block, output, first, last);
     }
 
-    template <std::size_t Inputs, bool Adds>
-    static void sum_up(const convolution& block, std::size_t output, std::size_t part, std::size_t first,
-                       std::size_t last) {
-        double* to = block.gathered[output][part];
-        const double* signals[Inputs];
-        const double* filters[Inputs];
-        for (std::size_t input = 0; input < Inputs; ++input) {
-            signals[input] = block.spectra[input];
-            filters[input] = block.filters[input][output][part];
-        }
+    template <std::size_t Inputs, std::size_t Parts>
+    static void sum_up(const convolution& block, std::size_t output, std::size_t first, std::size_t last) {
+        const factors<Inputs> now(block, output, 0);
+        const factors<Inputs> later(block, output, Parts - 1);
         for (std::size_t place = first; place < last; place += 8) {
             for (std::size_t at = place; at < place + 4; at += Four::part::lanes) {
-                complex sum = complex::load(signals[0] + at) * complex::load(filters[0] + at);
-                for (std::size_t input = 1; input < Inputs; ++input) {
-                    sum = sum + complex::load(signals[input] + at) * complex::load(filters[input] + at);
+                if constexpr (Parts == 2) {
+                    (complex::load(now.to + at) + now.products(at)).store(now.to + at);
                 }
-                if constexpr (Adds) {
-                    sum = complex::load(to + at) + sum;
-                }
-                sum.store(to + at);
+                later.products(at).store(later.to + at);
             }
         }
     }
+
+    /// What one part contributes to one output.
+    template <std::size_t Inputs>
+    struct factors {
+        const double* signals[Inputs];
+        const double* filters[Inputs];
+        double* to;
+
+        factors(const convolution& block, std::size_t output, std::size_t part) : to(block.gathered[output][part]) {
+            for (std::size_t input = 0; input < Inputs; ++input) {
+                signals[input] = block.spectra[input];
+                filters[input] = block.filters[input][output][part];
+            }
+        }
+
+        complex products(std::size_t at) const {
+            complex sum = complex::load(signals[0] + at) * complex::load(filters[0] + at);
+            for (std::size_t input = 1; input < Inputs; ++input) {
+                sum = sum + complex::load(signals[input] + at) * complex::load(filters[input] + at);
+            }
+            return sum;
+        }
+    };
 };
 
 } // namespace kelvane::ssrc

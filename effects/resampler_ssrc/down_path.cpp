@@ -25,7 +25,7 @@ down_path::down_path(const rate_plan& plan, const converter_quality& quality, st
                      const vector_kernels& kernels)
     : kernels_(&kernels), components_(plan.osf),
       interpolation_(design_polyphase_filter(plan, quality), plan.common_hz / plan.filter_hz(),
-                     plan.common_hz / plan.output_hz, kernels),
+                     plan.common_hz / plan.output_hz, 0, kernels),
       convolver_({1, components_, component_taps(design_long_filter(plan, quality).length, components_), channels},
                  kernels),
       lead_values_(interpolation_.taps() + 1) {

@@ -27,6 +27,8 @@ struct four_avx2 {
     friend four_avx2 even_lanes(four_avx2 a, four_avx2 b) { return {_mm256_unpacklo_pd(a.values, b.values)}; }
     /// a1 b1 a3 b3
     friend four_avx2 odd_lanes(four_avx2 a, four_avx2 b) { return {_mm256_unpackhi_pd(a.values, b.values)}; }
+    /// a1 b0 a3 b2
+    friend four_avx2 crossed_lanes(four_avx2 a, four_avx2 b) { return {_mm256_shuffle_pd(a.values, b.values, 0b0101)}; }
     /// a0 b1 a2 b3
     friend four_avx2 alternate_lanes(four_avx2 a, four_avx2 b) { return {_mm256_blend_pd(a.values, b.values, 0b1010)}; }
     /// a0 a1 b0 b1
@@ -34,6 +36,10 @@ struct four_avx2 {
     /// a2 a3 b2 b3
     friend four_avx2 high_halves(four_avx2 a, four_avx2 b) {
         return {_mm256_permute2f128_pd(a.values, b.values, 0x31)};
+    }
+    /// a2 a3 b0 b1
+    friend four_avx2 inner_halves(four_avx2 a, four_avx2 b) {
+        return {_mm256_permute2f128_pd(a.values, b.values, 0x21)};
     }
     /// a0 a1 b2 b3
     friend four_avx2 outer_halves(four_avx2 a, four_avx2 b) { return {_mm256_blend_pd(a.values, b.values, 0b1100)}; }

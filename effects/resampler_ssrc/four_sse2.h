@@ -24,6 +24,8 @@ struct two_sse2 {
     friend two_sse2 even_lanes(two_sse2 a, two_sse2 b) { return {_mm_unpacklo_pd(a.values, b.values)}; }
     /// a1 b1
     friend two_sse2 odd_lanes(two_sse2 a, two_sse2 b) { return {_mm_unpackhi_pd(a.values, b.values)}; }
+    /// a1 b0
+    friend two_sse2 crossed_lanes(two_sse2 a, two_sse2 b) { return {_mm_shuffle_pd(a.values, b.values, 0b01)}; }
     /// a0 b1
     friend two_sse2 alternate_lanes(two_sse2 a, two_sse2 b) { return {_mm_shuffle_pd(a.values, b.values, 0b10)}; }
 };
@@ -36,6 +38,7 @@ struct four_sse2 {
     two_sse2 high;
 
     static four_sse2 load(const double* from) { return {two_sse2::load(from), two_sse2::load(from + 2)}; }
+    static four_sse2 all(double value) { return {two_sse2::all(value), two_sse2::all(value)}; }
     void store(double* to) const {
         low.store(to);
         high.store(to + 2);
@@ -53,6 +56,10 @@ struct four_sse2 {
     friend four_sse2 odd_lanes(four_sse2 a, four_sse2 b) {
         return {odd_lanes(a.low, b.low), odd_lanes(a.high, b.high)};
     }
+    /// a1 b0 a3 b2
+    friend four_sse2 crossed_lanes(four_sse2 a, four_sse2 b) {
+        return {crossed_lanes(a.low, b.low), crossed_lanes(a.high, b.high)};
+    }
     /// a0 b1 a2 b3
     friend four_sse2 alternate_lanes(four_sse2 a, four_sse2 b) {
         return {alternate_lanes(a.low, b.low), alternate_lanes(a.high, b.high)};
@@ -61,6 +68,8 @@ struct four_sse2 {
     friend four_sse2 low_halves(four_sse2 a, four_sse2 b) { return {a.low, b.low}; }
     /// a2 a3 b2 b3
     friend four_sse2 high_halves(four_sse2 a, four_sse2 b) { return {a.high, b.high}; }
+    /// a2 a3 b0 b1
+    friend four_sse2 inner_halves(four_sse2 a, four_sse2 b) { return {a.high, b.low}; }
     /// a0 a1 b2 b3
     friend four_sse2 outer_halves(four_sse2 a, four_sse2 b) { return {a.low, b.high}; }
 };

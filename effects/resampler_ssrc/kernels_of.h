@@ -12,12 +12,16 @@ namespace kelvane::ssrc {
 template <class Four>
 constexpr vector_kernels kernels_of(const char* name) {
     using transform = transform_kernels<Four>;
+    using interleave = interleave_kernels<Four>;
+    using polyphase = polyphase_kernels<Four>;
     return {name,
             transform::forward,
             transform::backward,
             convolution_kernels<Four>::run,
-            interleave_kernels<Four>::run,
-            polyphase_kernels<Four>::run};
+            interleave::interleave,
+            interleave::deinterleave,
+            polyphase::run,
+            polyphase::run_by_four};
 }
 
 } // namespace kelvane::ssrc

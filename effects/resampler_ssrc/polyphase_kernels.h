@@ -1,4 +1,4 @@
-// The polyphase stage's dot products.
+// The polyphase stage's sums of products.
 #pragma once
 
 #include "effects/resampler_ssrc/vector_kernels.h"
@@ -10,32 +10,110 @@ namespace kelvane::ssrc {
 template <class Four>
 class polyphase_kernels {
 public:
+    /// The lanes are taps of one output.
     static void run(const polyphase_tables& tables, polyphase_cursor cursor, const double* frames, double* out,
                     std::size_t count) {
-        switch (tables.stride) {
+        walker at(tables, cursor, frames);
+        std::size_t done = 0;
+        for (; done + 4 <= count; done += 4) {
+            const row r0 = next_row(at);
+            const row r1 = next_row(at);
+            const row r2 = next_row(at);
+            const row r3 = next_row(at);
+            Four v0 = r0.products(0);
+            Four v1 = r1.products(0);
+            Four v2 = r2.products(0);
+            Four v3 = r3.products(0);
+            for (std::size_t tap = 4; tap < tables.taps; tap += 4) {
+                v0 = v0 + r0.products(tap);
+                v1 = v1 + r1.products(tap);
+                v2 = v2 + r2.products(tap);
+                v3 = v3 + r3.products(tap);
+            }
+            totals(v0, v1, v2, v3).store(out + done);
+        }
+        for (; done < count; ++done) {
+            const row last = next_row(at);
+            Four sums = last.products(0);
+            for (std::size_t tap = 4; tap < tables.taps; tap += 4) {
+                sums = sums + last.products(tap);
+            }
+            out[done] = totals(sums, sums, sums, sums).first();
+        }
+    }
+
+    /// The lanes are neighbouring outputs, which share a window of frames.
+    static void run_by_four(const polyphase_tables& tables, polyphase_cursor cursor, const double* frames, double* out,
+                            std::size_t count) {
+        switch (tables.taps) {
         case 4:
-            return run_rows<1>(tables, cursor, frames, out, count);
+            return run_windows<4>(tables, cursor, frames, out, count);
+        case 6:
+            return run_windows<6>(tables, cursor, frames, out, count);
         case 8:
-            return run_rows<2>(tables, cursor, frames, out, count);
+            return run_windows<8>(tables, cursor, frames, out, count);
+        case 10:
+            return run_windows<10>(tables, cursor, frames, out, count);
         case 12:
-            return run_rows<3>(tables, cursor, frames, out, count);
+            return run_windows<12>(tables, cursor, frames, out, count);
+        case 14:
+            return run_windows<14>(tables, cursor, frames, out, count);
         default:
-            return run_rows<0>(tables, cursor, frames, out, count);
+            return run_windows<0>(tables, cursor, frames, out, count);
         }
     }
 
 private:
-    /// The products of one output, summed up in each lane. `Fours` is the length of a row, 0 for any.
-    template <std::size_t Fours>
-    static Four lane_sums(const polyphase_tables& tables, std::size_t cycle_place, const double* cycle) {
-        const std::size_t length = Fours == 0 ? tables.stride : 4 * Fours;
-        const double* row = tables.coefficients + length * cycle_place;
-        const double* window = cycle + tables.offsets[cycle_place];
-        Four sum = Four::load(row) * Four::load(window);
-        for (std::size_t tap = 4; tap < length; tap += 4) {
-            sum = sum + Four::load(row + tap) * Four::load(window + tap);
+    /// Goes from place to place.
+    struct walker {
+        const polyphase_tables tables; // in registers while the loop runs
+        std::size_t place;
+        const double* cycle; ///< its first frame
+
+        walker(const polyphase_tables& all, polyphase_cursor cursor, const double* frames)
+            : tables(all), place(cursor.place), cycle(frames + cursor.cycle_frame) {}
+
+        const double* window() const { return cycle + tables.offsets[place]; }
+        void step() {
+            if (++place == tables.cycle_places) {
+                place = 0;
+                cycle += tables.cycle_frames;
+            }
         }
-        return sum;
+    };
+
+    /// `Taps` is the length of a window, 0 for any.
+    template <std::size_t Taps>
+    static void run_windows(const polyphase_tables& tables, polyphase_cursor cursor, const double* frames, double* out,
+                            std::size_t count) {
+        walker at(tables, cursor, frames);
+        const std::size_t length = Taps == 0 ? tables.taps : Taps;
+        for (std::size_t done = 0; done < count; done += 4) {
+            const double* taps = at.tables.coefficients + 4 * length * at.place;
+            const double* window = at.window();
+            Four even = Four::load(taps) * Four::all(window[0]);
+            Four odd = Four::load(taps + 4) * Four::all(window[1]);
+            for (std::size_t tap = 2; tap < length; tap += 2) {
+                even = even + Four::load(taps + 4 * tap) * Four::all(window[tap]);
+                odd = odd + Four::load(taps + 4 * tap + 4) * Four::all(window[tap + 1]);
+            }
+            (even + odd).store(out + done);
+            at.step();
+        }
+    }
+
+    /// The coefficients of one output and the frames that they meet.
+    struct row {
+        const double* taps;
+        const double* window;
+
+        Four products(std::size_t tap) const { return Four::load(taps + tap) * Four::load(window + tap); }
+    };
+
+    static row next_row(walker& at) {
+        const row next{at.tables.coefficients + at.tables.taps * at.place, at.window()};
+        at.step();
+        return next;
     }
 
     /// (lane 0 + lane 1) + (lane 2 + lane 3) of each.
@@ -43,28 +121,6 @@ private:
         const Four sums01 = even_lanes(v0, v1) + odd_lanes(v0, v1);
         const Four sums23 = even_lanes(v2, v3) + odd_lanes(v2, v3);
         return low_halves(sums01, sums23) + high_halves(sums01, sums23);
-    }
-
-    template <std::size_t Fours>
-    static void run_rows(const polyphase_tables& tables, polyphase_cursor cursor, const double* frames, double* out,
-                         std::size_t count) {
-        std::size_t place = cursor.cycle_place;
-        const double* cycle = frames + cursor.cycle_frame;
-        std::size_t done = 0;
-        for (; done + 4 <= count; done += 4) {
-            totals(lane_sums<Fours>(tables, place, cycle), lane_sums<Fours>(tables, place + 1, cycle),
-                   lane_sums<Fours>(tables, place + 2, cycle), lane_sums<Fours>(tables, place + 3, cycle))
-                .store(out + done);
-            place += 4;
-            while (place >= tables.cycle_outputs) {
-                place -= tables.cycle_outputs;
-                cycle += tables.cycle_frames;
-            }
-        }
-        for (; done < count; ++done, ++place) {
-            const Four sums = lane_sums<Fours>(tables, place, cycle);
-            out[done] = totals(sums, sums, sums, sums).first();
-        }
     }
 };
 

@@ -1,45 +1,71 @@
 #include "effects/resampler_ssrc/polyphase_stage.h"
 
+#include <numeric>
+
 namespace kelvane::ssrc {
 
 namespace {
 
 constexpr std::size_t lanes = 4;
+/// Beyond, the coefficients of four outputs at a time would take more memory than they are worth.
+constexpr std::uint32_t most_phases_by_four = 4096;
 
 std::size_t taps_for(std::int64_t length, std::uint32_t phases) noexcept {
     return length == 1 ? 1 : static_cast<std::size_t>(length) / phases + 1;
 }
 
-/// Rows are filled up to whole vectors.
-std::size_t round_up_to_lanes(std::size_t taps) noexcept {
-    return (taps + lanes - 1) / lanes * lanes;
+std::size_t round_up(std::size_t value, std::size_t multiple) noexcept {
+    return (value + multiple - 1) / multiple * multiple;
+}
+
+/// Four outputs read as many frames more as there are between the first and the last; all fill up whole vectors.
+std::size_t frames_read_by(std::size_t outputs, std::size_t taps, std::uint32_t phases,
+                           std::uint32_t step_ticks) noexcept {
+    if (outputs == 1) {
+        return round_up(taps, lanes);
+    }
+    const std::size_t more = ((outputs - 1) * step_ticks + phases - 1) / phases;
+    return round_up(taps + more, 2);
 }
 
 } // namespace
 
 polyphase_stage::polyphase_stage(const low_pass& prototype, std::uint32_t phases, std::uint32_t step_ticks,
-                                 const vector_kernels& kernels)
-    : copies_(prototype.length == 1), taps_(taps_for(prototype.length, phases)),
-      stride_(copies_ ? 1 : round_up_to_lanes(taps_)), phases_(phases), step_ticks_(step_ticks), kernels_(&kernels),
-      coefficients_(copies_ ? 0 : stride_ * (phases + lanes - 1)), offsets_(copies_ ? 0 : phases + lanes - 1),
-      cycle_places_(copies_ ? 0 : phases) {
+                                 std::int64_t first_ticks, const vector_kernels& kernels)
+    : copies_(prototype.length == 1),
+      outputs_per_step_(step_ticks < phases && phases <= most_phases_by_four ? lanes : 1),
+      taps_(taps_for(prototype.length, phases)),
+      frames_read_(copies_ ? 1 : frames_read_by(outputs_per_step_, taps_, phases, step_ticks)), phases_(phases),
+      step_ticks_(step_ticks), kernels_(&kernels) {
     if (!copies_) {
-        make_cycle(prototype);
+        make_cycle(prototype.taps(phases), position_at(first_ticks));
     }
 }
 
-/// A cycle begins with row 0. As the rates' multiple is their least, every row comes once.
-void polyphase_stage::make_cycle(const low_pass& prototype) {
-    const aligned_array<double> taps = prototype.taps(phases_);
-    for (std::size_t place = 0; place < offsets_.size(); ++place) {
-        const polyphase_position position = later({0, 0}, place);
-        offsets_[place] = static_cast<std::uint32_t>(position.frame);
-        if (place < phases_) {
-            cycle_places_[position.row] = static_cast<std::uint32_t>(place);
+/// As the rates' multiple is their least, the outputs go through all rows before they repeat.
+void polyphase_stage::make_cycle(const aligned_array<double>& taps, polyphase_position first) {
+    const std::size_t steps = phases_ / std::gcd(std::size_t{phases_}, outputs_per_step_);
+    coefficients_ = aligned_array<double>(steps * frames_read_ * outputs_per_step_);
+    offsets_ = aligned_array<std::uint32_t>(steps);
+    places_ = aligned_array<std::uint32_t>(phases_);
+    for (std::size_t step = 0; step < steps; ++step) {
+        double* numbers = coefficients_.data() + step * frames_read_ * outputs_per_step_;
+        const polyphase_position start = later(first, step * outputs_per_step_);
+        offsets_[step] = static_cast<std::uint32_t>(start.frame - first.frame);
+        places_[start.row] = static_cast<std::uint32_t>(step);
+        for (std::size_t output = 0; output < outputs_per_step_; ++output) {
+            const polyphase_position position = later(start, output);
+            const std::size_t lead = position.frame - start.frame;
+            write_output(taps, position, numbers + lead * outputs_per_step_ + output, outputs_per_step_);
         }
-        for (std::size_t n = position.row, tap = 0; n < taps.size(); n += phases_, ++tap) {
-            coefficients_[place * stride_ + tap] = taps[n];
-        }
+    }
+}
+
+void polyphase_stage::write_output(const aligned_array<double>& taps, polyphase_position position, double* to,
+                                   std::size_t tap_step) const noexcept {
+    for (std::size_t n = position.row; n < taps.size(); n += phases_) {
+        *to = taps[n];
+        to += tap_step;
     }
 }
 
@@ -57,10 +83,10 @@ polyphase_position polyphase_stage::later(polyphase_position position, std::size
 }
 
 std::size_t polyphase_stage::outputs_within(polyphase_position position, std::size_t frames) const noexcept {
-    if (frames < position.frame + stride_) {
+    if (frames < position.frame + frames_read_) {
         return 0;
     }
-    const std::int64_t last_ticks = static_cast<std::int64_t>(frames - stride_) * phases_;
+    const std::int64_t last_ticks = static_cast<std::int64_t>(frames - frames_read_) * phases_;
     return static_cast<std::size_t>((last_ticks - ticks_of(position)) / step_ticks_) + 1;
 }
 
@@ -70,10 +96,14 @@ void polyphase_stage::run(polyphase_position position, const double* frames, dou
         pick(position.frame, frames, out, count);
         return;
     }
-    const polyphase_tables tables{coefficients_.data(), offsets_.data(), stride_, phases_, step_ticks_};
-    const std::uint32_t place = cycle_places_[position.row];
-    const auto cycle_frame = static_cast<std::ptrdiff_t>(position.frame) - static_cast<std::ptrdiff_t>(offsets_[place]);
-    kernels_->polyphase(tables, {place, cycle_frame}, frames, out, count);
+    const std::size_t steps = offsets_.size();
+    const polyphase_tables tables{coefficients_.data(), offsets_.data(), frames_read_, steps,
+                                  steps * outputs_per_step_ * step_ticks_ / phases_};
+    const std::uint32_t place = places_[position.row];
+    const polyphase_cursor cursor{place, static_cast<std::ptrdiff_t>(position.frame) -
+                                             static_cast<std::ptrdiff_t>(offsets_[place])};
+    const auto kernel = outputs_per_step_ == 1 ? kernels_->polyphase : kernels_->polyphase_by_four;
+    kernel(tables, cursor, frames, out, count);
 }
 
 /// A single tap of 1: every so many frames one passes.

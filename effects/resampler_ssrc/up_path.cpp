@@ -1,6 +1,7 @@
 #include "effects/resampler_ssrc/up_path.h"
 
 #include <algorithm>
+#include <array>
 
 namespace kelvane::ssrc {
 
@@ -11,15 +12,30 @@ std::size_t component_taps(std::int64_t length, std::uint32_t components) noexce
     return static_cast<std::size_t>(length - 1 + components - 1) / components + 1;
 }
 
+/// Silence before the stream, so that its first value meets the prototype's middle.
+struct lead_in {
+    std::size_t frames;
+    std::int64_t position_ticks; ///< of the first value, from the first silent frame
+};
+
+lead_in lead_in_of(const rate_plan& plan, const low_pass& prototype) noexcept {
+    const std::int64_t phases = plan.common_hz / plan.input_hz;
+    const std::int64_t frames = (prototype.reach() + phases - 1) / phases;
+    return {static_cast<std::size_t>(frames), frames * phases - prototype.reach()};
+}
+
 } // namespace
 
 up_path::up_path(const rate_plan& plan, const converter_quality& quality, std::size_t channels,
                  const vector_kernels& kernels)
-    : components_(plan.osf), phases_(plan.common_hz / plan.input_hz),
-      component_ticks_(plan.common_hz / plan.filter_hz()), lead_ticks_(design_polyphase_filter(plan, quality).reach()),
-      interpolation_(design_polyphase_filter(plan, quality), phases_, plan.common_hz / plan.output_hz, kernels),
+    : kernels_(&kernels), components_(plan.osf),
+      silent_frames_(lead_in_of(plan, design_polyphase_filter(plan, quality)).frames),
+      first_ticks_(lead_in_of(plan, design_polyphase_filter(plan, quality)).position_ticks),
+      interpolation_(design_polyphase_filter(plan, quality), plan.common_hz / plan.input_hz,
+                     plan.common_hz / plan.filter_hz(), first_ticks_, kernels),
       convolver_({components_, 1, component_taps(design_long_filter(plan, quality).length, components_), channels},
-                 kernels) {
+                 kernels),
+      values_(components_ * chunk_values) {
     const low_pass filter = design_long_filter(plan, quality);
     frames_to_discard_ = static_cast<std::size_t>(0.5 * static_cast<double>(filter.length) / components_);
     set_filters(filter);
@@ -41,12 +57,10 @@ void up_path::set_filters(const low_pass& filter) {
     }
 }
 
-/// As much silence before the stream as lets its first value meet the prototype's middle.
 void up_path::start() noexcept {
-    const std::int64_t silent_frames = (lead_ticks_ + phases_ - 1) / phases_;
     std::fill(held_.begin(), held_.end(), 0.0);
-    frames_there_ = static_cast<std::size_t>(silent_frames);
-    position_ticks_ = silent_frames * phases_ - lead_ticks_;
+    frames_there_ = silent_frames_;
+    position_ = interpolation_.position_at(first_ticks_);
     frames_needed_ = frames_needed();
 }
 
@@ -55,10 +69,12 @@ void up_path::reset() noexcept {
     start();
 }
 
+std::size_t up_path::block_values() const noexcept {
+    return convolver_.block_frames() * components_;
+}
+
 std::size_t up_path::frames_needed() const noexcept {
-    const auto last_component =
-        interpolation_.position_at(position_ticks_ + (components_ - 1) * std::int64_t{component_ticks_});
-    const auto last = interpolation_.later(last_component, convolver_.block_frames() - 1);
+    const auto last = interpolation_.later(position_, block_values() - 1);
     return std::max(last.frame + interpolation_.frames_read(), frames_there_);
 }
 
@@ -67,11 +83,15 @@ double* up_path::next_frames(std::size_t channel) noexcept {
 }
 
 std::span<const double> up_path::run(std::size_t channel) noexcept {
-    for (std::size_t component = 0; component < components_; ++component) {
-        auto position =
-            interpolation_.position_at(position_ticks_ + static_cast<std::int64_t>(component * component_ticks_));
-        const std::span<double> values = convolver_.input(channel, component);
-        interpolation_.run(position, held_frames(channel), values.data(), values.size());
+    const std::size_t chunk = std::min(chunk_values, convolver_.block_frames());
+    for (std::size_t done = 0; done < convolver_.block_frames(); done += chunk) {
+        const polyphase_position position = interpolation_.later(position_, done * components_);
+        interpolation_.run(position, held_frames(channel), values_.data(), chunk * components_);
+        std::array<double*, convolution::most_inputs> components{};
+        for (std::size_t component = 0; component < components_; ++component) {
+            components[component] = convolver_.input(channel, component).data() + done;
+        }
+        kernels_->deinterleave(values_.data(), components.data(), components_, chunk);
     }
     convolver_.run(channel);
     return convolver_.output(0);
@@ -79,13 +99,14 @@ std::span<const double> up_path::run(std::size_t channel) noexcept {
 
 void up_path::next_block() noexcept {
     convolver_.next_block();
-    const auto next = interpolation_.later(interpolation_.position_at(position_ticks_), convolver_.block_frames());
+    position_ = interpolation_.later(position_, block_values());
+    const std::size_t done = position_.frame;
     for (std::size_t channel = 0; channel * most_held_frames_ < held_.size(); ++channel) {
         double* held = held_frames(channel);
-        std::copy(held + next.frame, held + frames_there_, held);
+        std::copy(held + done, held + frames_there_, held);
     }
-    frames_there_ -= next.frame;
-    position_ticks_ = -std::int64_t{next.row};
+    frames_there_ -= done;
+    position_.frame = 0;
     frames_needed_ = frames_needed();
 }
 

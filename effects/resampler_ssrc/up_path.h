@@ -48,17 +48,21 @@ private:
     void start() noexcept;
     double* held_frames(std::size_t channel) noexcept { return held_.data() + channel * most_held_frames_; }
     std::size_t frames_needed() const noexcept;
+    std::size_t block_values() const noexcept; ///< at the long filter's rate
 
+    static constexpr std::size_t chunk_values = 256; ///< of a component, interpolated at a time
+
+    const vector_kernels* kernels_;
     std::uint32_t components_;
-    std::uint32_t phases_;          ///< ticks of a frame
-    std::uint32_t component_ticks_; ///< from one component's value to the next one's
-    std::int64_t lead_ticks_;       ///< from the prototype's first tap to its middle
-    polyphase_stage interpolation_; ///< of one component
+    std::size_t silent_frames_; ///< before the stream
+    std::int64_t first_ticks_;  ///< of the stream's first value, from the first silent frame
+    polyphase_stage interpolation_;
     block_convolver convolver_;
     std::size_t frames_to_discard_;
     std::size_t most_held_frames_;
-    aligned_array<double> held_;      ///< the frames that the next block reads, by channel
-    std::int64_t position_ticks_ = 0; ///< of the next block's first value, from the first frame held
+    aligned_array<double> held_; ///< the frames that the next block reads, by channel
+    aligned_array<double> values_;
+    polyphase_position position_{}; ///< of the next block's first value, from the first frame held
     std::size_t frames_there_ = 0;
     std::size_t frames_needed_ = 0;
 };

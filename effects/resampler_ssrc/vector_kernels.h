@@ -16,19 +16,20 @@ struct transform_tables {
     const double* leaves;       ///< per leaf of 16 points: 6 numbers, then 6 rows of 4, a column per child
 };
 
-/// A polyphase filter in the order in which its outputs need it: output c of a cycle has the row c of coefficients and
-/// the frames from `offsets[c]` on. Three more rows and offsets of the next cycle follow.
+/// A polyphase filter in the order in which its outputs need it, step by step. A step makes one output from a row of
+/// coefficients, or four from as many quadruples of them; it reads `taps` frames from `offsets` of its place on. The
+/// places repeat in cycles.
 struct polyphase_tables {
-    const double* coefficients; ///< rows of `stride` numbers
+    const double* coefficients;
     const std::uint32_t* offsets;
-    std::size_t stride; ///< taps of a row, filled up with zeros to a multiple of 4
-    std::size_t cycle_outputs;
+    std::size_t taps; ///< filled up with zeros: a multiple of 4 in a row, of 2 in quadruples
+    std::size_t cycle_places;
     std::size_t cycle_frames;
 };
 
-/// Where an output is: its place in a cycle, and the frame at which that cycle begins.
+/// Where a step is: its place in a cycle, and the frame at which that cycle begins.
 struct polyphase_cursor {
-    std::size_t cycle_place;
+    std::size_t place;
     std::ptrdiff_t cycle_frame;
 };
 
@@ -62,11 +63,14 @@ struct vector_kernels {
     /// transforms this block's sums back.
     void (*convolve)(const transform_tables&, const convolution&);
 
-    /// Lets the values of 1 to 3 sources take turns.
-    void (*interleave)(const double* const* sources, std::size_t count, double* to, std::size_t values);
+    /// Lets the values of 1 to 3 streams take turns, and the reverse. `values` of each, a multiple of 4.
+    void (*interleave)(const double* const* from, std::size_t streams, double* to, std::size_t values);
+    void (*deinterleave)(const double* from, double* const* to, std::size_t streams, std::size_t values);
 
-    /// Computes `count` outputs from the cursor's on. Reads `stride` frames for each of them.
+    /// Computes `count` outputs from the cursor's on, one a step or (a multiple of 4 in all) four a step.
     void (*polyphase)(const polyphase_tables&, polyphase_cursor, const double* frames, double* out, std::size_t count);
+    void (*polyphase_by_four)(const polyphase_tables&, polyphase_cursor, const double* frames, double* out,
+                              std::size_t count);
 };
 
 const vector_kernels& sse2_kernels() noexcept;
