@@ -1,6 +1,7 @@
 #include "effects/resampler_ssrc/block_convolver.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 
 namespace kelvane::ssrc {
@@ -22,8 +23,9 @@ block_convolver::block_convolver(const shape& of, const vector_kernels& kernels)
       parts_((of.taps + block_frames() - 1) / block_frames()),
       filters_(of.inputs * of.outputs * parts_ * spectrum_numbers()),
       blocks_in_(of.channels * of.inputs * 2 * block_frames()),
-      gathered_(of.channels * of.outputs * parts_ * spectrum_numbers()), spectra_(of.inputs * spectrum_numbers()),
-      outputs_(of.outputs * block_frames()) {}
+      gathered_(of.channels * of.outputs * parts_ * spectrum_numbers()),
+      spectra_(channels_together * of.inputs * spectrum_numbers()),
+      outputs_(channels_together * of.outputs * block_frames()) {}
 
 void block_convolver::set_filter(std::size_t input, std::size_t output, std::span<const double> taps) noexcept {
     const double scale = 1.0 / static_cast<double>(block_frames());
@@ -43,11 +45,21 @@ std::span<double> block_convolver::input(std::size_t channel, std::size_t input)
     return {block(channel, input, blocks_), block_frames()};
 }
 
-std::span<const double> block_convolver::output(std::size_t output) const noexcept {
-    return {outputs_.data() + output * block_frames(), block_frames()};
+std::span<const double> block_convolver::output(std::size_t channel, std::size_t output) const noexcept {
+    const std::size_t slot = channel % channels_together;
+    return {outputs_.data() + (slot * shape_.outputs + output) * block_frames(), block_frames()};
 }
 
-void block_convolver::run(std::size_t channel) noexcept {
+void block_convolver::run(std::size_t first_channel, std::size_t count) noexcept {
+    std::array<convolution, channels_together> channels{};
+    for (std::size_t slot = 0; slot < count; ++slot) {
+        channels[slot] = convolution_of(first_channel + slot);
+    }
+    kernels_->convolve(transform_.tables(), channels.data(), count);
+}
+
+convolution block_convolver::convolution_of(std::size_t channel) noexcept {
+    const std::size_t slot = channel % channels_together;
     convolution now{};
     now.inputs = shape_.inputs;
     now.outputs = shape_.outputs;
@@ -55,7 +67,7 @@ void block_convolver::run(std::size_t channel) noexcept {
     for (std::size_t input = 0; input < shape_.inputs; ++input) {
         now.older[input] = block(channel, input, blocks_ + 1);
         now.newer[input] = block(channel, input, blocks_);
-        now.spectra[input] = spectra_.data() + input * spectrum_numbers();
+        now.spectra[input] = spectra_.data() + (slot * shape_.inputs + input) * spectrum_numbers();
         for (std::size_t output = 0; output < shape_.outputs; ++output) {
             for (std::size_t part = 0; part < parts_; ++part) {
                 now.filters[input][output][part] = filter_part(input, output, part);
@@ -63,12 +75,12 @@ void block_convolver::run(std::size_t channel) noexcept {
         }
     }
     for (std::size_t output = 0; output < shape_.outputs; ++output) {
-        now.results[output] = outputs_.data() + output * block_frames();
+        now.results[output] = outputs_.data() + (slot * shape_.outputs + output) * block_frames();
         for (std::size_t part = 0; part < parts_; ++part) {
             now.gathered[output][part] = gathered(channel, output, part);
         }
     }
-    kernels_->convolve(transform_.tables(), now);
+    return now;
 }
 
 void block_convolver::reset() noexcept {

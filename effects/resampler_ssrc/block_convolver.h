@@ -40,9 +40,12 @@ public:
 
     /// Where the next block of the input belongs.
     std::span<double> input(std::size_t channel, std::size_t input) noexcept;
-    /// Convolves the block that all inputs of the channel hold. The outputs are valid until the next call.
-    void run(std::size_t channel) noexcept;
-    std::span<const double> output(std::size_t output) const noexcept;
+    /// As many neighbouring channels go together.
+    static constexpr std::size_t channels_together = 2;
+    /// Convolves the block that all inputs of 1 or 2 channels hold; the first channel's number is even.
+    void run(std::size_t first_channel, std::size_t count) noexcept;
+    /// What the last run made of one of its channels. Valid until the next.
+    std::span<const double> output(std::size_t channel, std::size_t output) const noexcept;
     /// To be called when all channels have run.
     void next_block() noexcept { ++blocks_; }
 
@@ -55,6 +58,7 @@ private:
     double* filter_part(std::size_t input, std::size_t output, std::size_t part) noexcept;
     /// The spectrum that gathers the output of the block `ahead` blocks from now.
     double* gathered(std::size_t channel, std::size_t output, std::size_t ahead) noexcept;
+    convolution convolution_of(std::size_t channel) noexcept;
 
     shape shape_;
     const vector_kernels* kernels_;

@@ -1,4 +1,4 @@
-// A block of a partitioned convolution in one go.
+// A block of a partitioned convolution in one go, for some channels.
 #pragma once
 
 #include "effects/resampler_ssrc/complex_lanes.h"
@@ -14,39 +14,59 @@ namespace kelvane::ssrc {
 template <class Four>
 class convolution_kernels {
 public:
-    static void run(const transform_tables& tables, const convolution& block) {
-        for (std::size_t input = 0; input < block.inputs; ++input) {
+    static void run(const transform_tables& tables, const convolution* blocks, std::size_t count) {
+        for_each_input(blocks, count, [&](const convolution& block, std::size_t input) {
             transform::open(tables, block.older[input], block.newer[input], block.spectra[input]);
-        }
+        });
         const std::size_t children = tables.opens_with_two ? 2 : 4;
-        const std::size_t child_points = tables.points / children;
         for (std::size_t child = 0; child < children; ++child) {
-            walk(tables, block, {0, child}, child_points);
+            walk(tables, blocks, count, {0, child}, tables.points / children);
         }
-        for (std::size_t output = 0; output < block.outputs; ++output) {
+        for_each_output(blocks, count, [&](const convolution& block, std::size_t output) {
             transform::close_im(tables, block.gathered[output][0], block.results[output]);
-        }
+        });
     }
 
 private:
     using transform = transform_kernels<Four>;
     using complex = complex_lanes<typename Four::part>;
 
-    static void walk(const transform_tables& tables, const convolution& block, tree_place place, std::size_t points) {
-        const std::size_t first = 2 * place.number * points;
+    template <class Function>
+    static void for_each_input(const convolution* blocks, std::size_t count, Function&& function) {
+        for (std::size_t i = 0; i < count; ++i) {
+            for (std::size_t input = 0; input < blocks[i].inputs; ++input) {
+                function(blocks[i], input);
+            }
+        }
+    }
+
+    template <class Function>
+    static void for_each_output(const convolution* blocks, std::size_t count, Function&& function) {
+        for (std::size_t i = 0; i < count; ++i) {
+            for (std::size_t output = 0; output < blocks[i].outputs; ++output) {
+                function(blocks[i], output);
+            }
+        }
+    }
+
+    static void walk(const transform_tables& tables, const convolution* blocks, std::size_t count, tree_place place,
+                     std::size_t points) {
         if (points <= transform::cached_points) {
-            finish(tables, block, place, points);
+            for (std::size_t i = 0; i < count; ++i) {
+                finish(tables, blocks[i], place, points);
+            }
             return;
         }
-        for (std::size_t input = 0; input < block.inputs; ++input) {
+        const std::size_t first = 2 * place.number * points;
+        for_each_input(blocks, count, [&](const convolution& block, std::size_t input) {
             transform::split_pass(tables, place, points, block.spectra[input] + first);
-        }
+        });
         for (std::size_t child = 0; child < 4; ++child) {
-            walk(tables, block, {place.level + 1, 4 * place.number + child}, points / 4);
+            walk(tables, blocks, count, {place.level + 1, 4 * place.number + child}, points / 4);
         }
-        for (std::size_t output = 0; output < block.outputs; ++output) {
+        for_each_output(blocks, count, [&](const convolution& block, std::size_t output) {
             transform::join_pass(tables, place, points, block.gathered[output][0] + first);
-        }
+        });
     }
 
     static void finish(const transform_tables& tables, const convolution& block, tree_place place, std::size_t points) {
@@ -83,10 +103,12 @@ private:
         const factors<Inputs> later(block, output, Parts - 1);
         for (std::size_t place = first; place < last; place += 8) {
             for (std::size_t at = place; at < place + 4; at += Four::part::lanes) {
+                const complex begun = later.products(at);
                 if constexpr (Parts == 2) {
-                    (complex::load(now.to + at) + now.products(at)).store(now.to + at);
+                    const complex ended = complex::load(now.to + at) + now.products(at);
+                    ended.store(now.to + at);
                 }
-                later.products(at).store(later.to + at);
+                begun.store(later.to + at);
             }
         }
     }

@@ -64,17 +64,20 @@ void down_path::reset() noexcept {
     start();
 }
 
-void down_path::interleave(double* to) const noexcept {
+void down_path::interleave(std::size_t channel, double* to) const noexcept {
     std::array<const double*, convolution::most_outputs> sources{};
     for (std::size_t component = 0; component < components_; ++component) {
-        sources[component] = convolver_.output(component).data();
+        sources[component] = convolver_.output(channel, component).data();
     }
     kernels_->interleave(sources.data(), components_, to, convolver_.block_frames());
 }
 
-std::span<const double> down_path::run(std::size_t channel) noexcept {
-    convolver_.run(channel);
-    interleave(held_values(channel) + values_there_);
+void down_path::run(std::size_t first_channel, std::size_t count) noexcept {
+    convolver_.run(first_channel, count);
+}
+
+std::span<const double> down_path::output(std::size_t channel) noexcept {
+    interleave(channel, held_values(channel) + values_there_);
     const std::size_t values = values_there_ + convolver_.block_frames() * components_;
     const std::size_t count = interpolation_.outputs_within(position_, values);
     interpolation_.run(position_, held_values(channel), outputs_.data(), count);

@@ -35,8 +35,12 @@ public:
 
     /// Output frames of a block, at most.
     std::size_t most_block_frames() const noexcept { return outputs_.size(); }
-    /// The output of one channel's block, when no more frames are wanted. Valid until the next call.
-    std::span<const double> run(std::size_t channel) noexcept;
+    /// Computes the block of some channels, when no more frames are wanted: a group begins at each multiple of
+    /// `channels_together`.
+    static constexpr std::size_t channels_together = block_convolver::channels_together;
+    void run(std::size_t first_channel, std::size_t count) noexcept;
+    /// The output of one of them. Valid until the next call.
+    std::span<const double> output(std::size_t channel) noexcept;
     /// Goes on to the next block, when all channels have run.
     void next_block() noexcept;
 
@@ -48,7 +52,7 @@ private:
     void start() noexcept;
     double* held_values(std::size_t channel) noexcept { return held_.data() + channel * most_held_values_; }
     /// Appends the filter's output to what is held.
-    void interleave(double* to) const noexcept;
+    void interleave(std::size_t channel, double* to) const noexcept;
 
     const vector_kernels* kernels_;
     std::uint32_t components_;

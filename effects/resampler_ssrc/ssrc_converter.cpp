@@ -153,21 +153,33 @@ void ssrc_converter::flush(Path& path) {
 
 template <class Path>
 void ssrc_converter::run_block(Path& path) {
-    const std::size_t sample_bytes = bytes_per_sample(code_);
-    std::size_t emitted = 0;
-    std::size_t discarded = 0;
-    for (std::size_t channel = 0; channel < channels_; ++channel) {
-        const std::span<const double> block = path.run(channel);
-        discarded = std::min(frames_to_discard_, block.size());
-        emitted =
-            static_cast<std::size_t>(std::min<std::uint64_t>(block.size() - discarded, most_frames_out_ - frames_out_));
-        encode(code_, block.data() + discarded, output_.data() + output_bytes_ + channel * sample_bytes, frame_bytes_,
-               emitted);
+    std::size_t block_frames = 0;
+    for (std::size_t first = 0; first < channels_; first += Path::channels_together) {
+        const std::size_t last = std::min(first + Path::channels_together, channels_);
+        path.run(first, last - first);
+        for (std::size_t channel = first; channel < last; ++channel) {
+            const std::span<const double> block = path.output(channel);
+            emit(block, channel);
+            block_frames = block.size();
+        }
     }
     path.next_block();
-    frames_to_discard_ -= discarded;
+    const std::size_t emitted = frames_to_emit(block_frames);
+    frames_to_discard_ -= std::min(frames_to_discard_, block_frames);
     frames_out_ += emitted;
     output_bytes_ += emitted * frame_bytes_;
+}
+
+/// Of a block, after what is discarded.
+std::size_t ssrc_converter::frames_to_emit(std::size_t block_frames) const noexcept {
+    const std::uint64_t frames = block_frames - std::min(frames_to_discard_, block_frames);
+    return static_cast<std::size_t>(std::min(frames, most_frames_out_ - frames_out_));
+}
+
+void ssrc_converter::emit(std::span<const double> block, std::size_t channel) noexcept {
+    const std::size_t discarded = std::min(frames_to_discard_, block.size());
+    std::byte* first = output_.data() + output_bytes_ + channel * bytes_per_sample(code_);
+    encode(code_, block.data() + discarded, first, frame_bytes_, frames_to_emit(block.size()));
 }
 
 } // namespace kelvane::ssrc

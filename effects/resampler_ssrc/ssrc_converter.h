@@ -61,6 +61,8 @@ private:
     void flush(Path& path);
     template <class Path>
     void run_block(Path& path);
+    std::size_t frames_to_emit(std::size_t block_frames) const noexcept;
+    void emit(std::span<const double> block, std::size_t channel) noexcept;
     void begin_stream() noexcept;
 
     std::uint32_t input_hz_ = 0;

@@ -82,7 +82,18 @@ double* up_path::next_frames(std::size_t channel) noexcept {
     return held_frames(channel) + frames_there_;
 }
 
-std::span<const double> up_path::run(std::size_t channel) noexcept {
+void up_path::run(std::size_t first_channel, std::size_t count) noexcept {
+    for (std::size_t channel = first_channel; channel < first_channel + count; ++channel) {
+        interpolate(channel);
+    }
+    convolver_.run(first_channel, count);
+}
+
+std::span<const double> up_path::output(std::size_t channel) noexcept {
+    return convolver_.output(channel, 0);
+}
+
+void up_path::interpolate(std::size_t channel) noexcept {
     const std::size_t chunk = std::min(chunk_values, convolver_.block_frames());
     for (std::size_t done = 0; done < convolver_.block_frames(); done += chunk) {
         const polyphase_position position = interpolation_.later(position_, done * components_);
@@ -93,8 +104,6 @@ std::span<const double> up_path::run(std::size_t channel) noexcept {
         }
         kernels_->deinterleave(values_.data(), components.data(), components_, chunk);
     }
-    convolver_.run(channel);
-    return convolver_.output(0);
 }
 
 void up_path::next_block() noexcept {

@@ -35,8 +35,12 @@ public:
 
     /// Output frames of a block, at most.
     std::size_t most_block_frames() const noexcept { return convolver_.block_frames(); }
-    /// The output of one channel's block, when no more frames are wanted. Valid until the next call.
-    std::span<const double> run(std::size_t channel) noexcept;
+    /// Computes the block of some channels, when no more frames are wanted: a group begins at each multiple of
+    /// `channels_together`.
+    static constexpr std::size_t channels_together = block_convolver::channels_together;
+    void run(std::size_t first_channel, std::size_t count) noexcept;
+    /// The output of one of them. Valid until the next call.
+    std::span<const double> output(std::size_t channel) noexcept;
     /// Goes on to the next block, when all channels have run.
     void next_block() noexcept;
 
@@ -46,6 +50,7 @@ public:
 private:
     void set_filters(const low_pass& filter);
     void start() noexcept;
+    void interpolate(std::size_t channel) noexcept;
     double* held_frames(std::size_t channel) noexcept { return held_.data() + channel * most_held_frames_; }
     std::size_t frames_needed() const noexcept;
     std::size_t block_values() const noexcept; ///< at the long filter's rate

@@ -60,8 +60,8 @@ struct vector_kernels {
     /// `points` times the signal of a spectrum, which is used up.
     void (*backward)(const transform_tables&, double* spectrum, double* re, double* im);
     /// Transforms the inputs, adds their products with the filters to what is gathered (the last part begins anew) and
-    /// transforms this block's sums back.
-    void (*convolve)(const transform_tables&, const convolution&);
+    /// transforms this block's sums back. Channels done together share the filters and tables in the cache.
+    void (*convolve)(const transform_tables&, const convolution* channels, std::size_t count);
 
     /// Lets the values of 1 to 3 streams take turns, and the reverse. `values` of each, a multiple of 4.
     void (*interleave)(const double* const* from, std::size_t streams, double* to, std::size_t values);
