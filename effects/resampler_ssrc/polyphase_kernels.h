@@ -45,19 +45,17 @@ public:
     /// The lanes are neighbouring outputs, which share a window of frames.
     static void run_by_four(const polyphase_tables& tables, polyphase_cursor cursor, const double* frames, double* out,
                             std::size_t count) {
-        switch (tables.taps) {
-        case 4:
-            return run_windows<4>(tables, cursor, frames, out, count);
+        switch (tables.taps) { // lengths that the common rates have
         case 6:
             return run_windows<6>(tables, cursor, frames, out, count);
-        case 8:
-            return run_windows<8>(tables, cursor, frames, out, count);
-        case 10:
-            return run_windows<10>(tables, cursor, frames, out, count);
-        case 12:
-            return run_windows<12>(tables, cursor, frames, out, count);
-        case 14:
-            return run_windows<14>(tables, cursor, frames, out, count);
+        case 9:
+            return run_windows<9>(tables, cursor, frames, out, count);
+        case 11:
+            return run_windows<11>(tables, cursor, frames, out, count);
+        case 13:
+            return run_windows<13>(tables, cursor, frames, out, count);
+        case 26:
+            return run_windows<26>(tables, cursor, frames, out, count);
         default:
             return run_windows<0>(tables, cursor, frames, out, count);
         }
@@ -93,9 +91,12 @@ private:
             const double* window = at.window();
             Four even = Four::load(taps) * Four::all(window[0]);
             Four odd = Four::load(taps + 4) * Four::all(window[1]);
-            for (std::size_t tap = 2; tap < length; tap += 2) {
+            for (std::size_t tap = 2; tap + 1 < length; tap += 2) {
                 even = even + Four::load(taps + 4 * tap) * Four::all(window[tap]);
                 odd = odd + Four::load(taps + 4 * tap + 4) * Four::all(window[tap + 1]);
+            }
+            if (length % 2 != 0) {
+                even = even + Four::load(taps + 4 * (length - 1)) * Four::all(window[length - 1]);
             }
             (even + odd).store(out + done);
             at.step();

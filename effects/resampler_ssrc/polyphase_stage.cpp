@@ -18,14 +18,14 @@ std::size_t round_up(std::size_t value, std::size_t multiple) noexcept {
     return (value + multiple - 1) / multiple * multiple;
 }
 
-/// Four outputs read as many frames more as there are between the first and the last; all fill up whole vectors.
+/// One output fills up whole vectors; four read as many frames more as there are between the first and the last.
 std::size_t frames_read_by(std::size_t outputs, std::size_t taps, std::uint32_t phases,
                            std::uint32_t step_ticks) noexcept {
     if (outputs == 1) {
         return round_up(taps, lanes);
     }
     const std::size_t more = ((outputs - 1) * step_ticks + phases - 1) / phases;
-    return round_up(taps + more, 2);
+    return taps + more;
 }
 
 } // namespace

@@ -23,7 +23,7 @@ namespace kelvane::ssrc {
 /// Transactions on Acoustics, Speech and Signal Processing, 1978.
 class real_fft {
 public:
-    /// Throws `bad_allocation` when memory is short.
+    /// Throws `std::bad_alloc` when memory is short.
     explicit real_fft(std::size_t size, const vector_kernels& kernels = best_kernels());
 
     std::size_t size() const noexcept { return size_; }

@@ -22,7 +22,7 @@ struct transform_tables {
 struct polyphase_tables {
     const double* coefficients;
     const std::uint32_t* offsets;
-    std::size_t taps; ///< filled up with zeros: a multiple of 4 in a row, of 2 in quadruples
+    std::size_t taps; ///< in a row a multiple of 4, in quadruples at least 2
     std::size_t cycle_places;
     std::size_t cycle_frames;
 };
