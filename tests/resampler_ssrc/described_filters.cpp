@@ -66,7 +66,7 @@ design::design(std::uint64_t in, std::uint64_t out)
     }
     const double gap = static_cast<double>(filter_hz / 2 - in / 2);
     stage_length = static_cast<std::uint64_t>(2.0 / (2.0 * gap) * static_cast<double>(common_hz) * d + 1.0);
-    stage_length += stage_length % 2 == 0 ? 1 : 0;
+    stage_length |= 1; // odd
     taps_per_phase = stage_length / phases + 1;
     const auto half_filter = 0.5 * static_cast<double>(filter_taps);
     discard_frames = static_cast<std::uint64_t>(

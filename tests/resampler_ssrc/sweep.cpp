@@ -158,23 +158,25 @@ void print_long_stream(const rate_pair& rates) {
         frames_in += frames;
         frames_out += made;
         if (frames_in == 10 * second.size()) {
-            allocations_before = allocations();
             pages_before = resident_pages();
+            allocations_before = allocations();
         }
     }
+    const std::uint64_t allocations_since = allocations() - allocations_before;
+    const long long pages_since = static_cast<long long>(resident_pages()) - static_cast<long long>(pages_before);
     std::printf("%u to %u Hz: %llu frames in, %llu out; since the tenth second %llu allocations and %lld pages more; "
                 "largest difference from the tone %.1e\n",
                 rates.input_hz, rates.output_hz, static_cast<unsigned long long>(total_frames),
-                static_cast<unsigned long long>(frames_out),
-                static_cast<unsigned long long>(allocations() - allocations_before),
-                static_cast<long long>(resident_pages()) - static_cast<long long>(pages_before), error);
+                static_cast<unsigned long long>(frames_out), static_cast<unsigned long long>(allocations_since),
+                pages_since, error);
 }
 
 } // namespace
 
 int main() {
     print_all_pairs();
-    std::printf("\nStreams of 100 million frames:\n\n");
+    std::printf(
+        "\nStreams of 100 million frames of a tone, compared near both ends with the tone that should come out:\n\n");
     for (const rate_pair& rates : {rate_pair{44100, 48000}, rate_pair{48000, 44100}}) {
         std::printf("- ");
         print_long_stream(rates);
