@@ -13,7 +13,7 @@ namespace kelvane {
 
 /// Whether the processor has vectors of four doubles with AVX2's instructions, and the system saves them.
 inline bool processor_has_avx2() noexcept {
-    return __builtin_cpu_supports("avx2") != 0;
+    return static_cast<bool>(__builtin_cpu_supports("avx2"));
 }
 
 } // namespace kelvane

@@ -57,8 +57,8 @@ low_pass design_polyphase_filter(const rate_plan& plan, const converter_quality&
     if (!plan.goes_up() && plan.osf == 1) {
         return {1, rate_hz / 2.0, rate_hz, attenuation_db};
     }
-    const double band_edge_hz = plan.input_hz / 2; // whole numbers, both halves
-    const double image_edge_hz = plan.filter_hz() / 2;
+    const std::uint32_t band_edge_hz = plan.input_hz / 2; // whole numbers, both halves
+    const std::uint32_t image_edge_hz = plan.filter_hz() / 2;
     const double transition_hz = image_edge_hz - band_edge_hz;
     const double length = 2.0 / (2.0 * transition_hz) * rate_hz * transition_factor(attenuation_db) + 1.0;
     return {next_odd(static_cast<std::int64_t>(length)), band_edge_hz + transition_hz * 0.5, rate_hz, attenuation_db};

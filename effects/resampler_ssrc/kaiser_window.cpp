@@ -49,7 +49,7 @@ kaiser_window::kaiser_window(double attenuation_db, std::int64_t length) noexcep
     : alpha_(kaiser_alpha(attenuation_db)), span_(static_cast<double>(length - 1)), peak_(bessel_i0(alpha_)) {}
 
 double kaiser_window::operator()(std::int64_t tap) const noexcept {
-    const double n = static_cast<double>(tap);
+    const auto n = static_cast<double>(tap);
     return bessel_i0(alpha_ * std::sqrt(1.0 - 4.0 * n * n / (span_ * span_))) / peak_;
 }
 

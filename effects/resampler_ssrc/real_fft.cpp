@@ -64,11 +64,12 @@ void real_fft::forward(std::span<double> samples) noexcept {
 
 void real_fft::backward(std::span<double> spectrum) noexcept {
     backward_small(spectrum);
-    for (auto part = octaves_.rbegin(); part != octaves_.rend(); ++part) {
-        gather(*part, spectrum);
-        double* differences = folded_.data() + part->samples / 2;
-        part->transform.backward(spectrum_.data(), differences, differences + part->samples / 4);
-        fold(folded_.data(), folded_.data(), part->samples);
+    for (std::size_t left = octaves_.size(); left > 0; --left) {
+        const octave& part = octaves_[left - 1];
+        gather(part, spectrum);
+        double* differences = folded_.data() + part.samples / 2;
+        part.transform.backward(spectrum_.data(), differences, differences + part.samples / 4);
+        fold(folded_.data(), folded_.data(), part.samples);
     }
     std::copy(folded_.begin(), folded_.end(), spectrum.begin());
 }

@@ -190,8 +190,8 @@ TEST(Converter, ASilentChannelStaysSilentAndWhatIsNotANumberStaysInItsChannel) {
             samples[3 * i + 1] = 0.0;
         }
         const auto undisturbed = bits_of(channel_of(convert(rates, samples, 3), 2, 3));
-        samples[3 * 100] = std::nan("");
-        samples[3 * 200] = std::numeric_limits<double>::infinity();
+        samples[std::size_t{3} * 100] = std::nan("");
+        samples[std::size_t{3} * 200] = std::numeric_limits<double>::infinity();
         const std::vector<double> output = convert(rates, samples, 3);
         const std::vector<double> silent = channel_of(output, 1, 3);
         EXPECT_TRUE(std::all_of(silent.begin(), silent.end(), [](double sample) { return sample == 0.0; })) << rates;
