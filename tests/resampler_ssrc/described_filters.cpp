@@ -64,15 +64,21 @@ design::design(std::uint64_t in, std::uint64_t out)
                                                     0.5 / (static_cast<double>(in) / static_cast<double>(out)));
         return;
     }
-    const double gap = static_cast<double>(filter_hz / 2 - in / 2);
+    const auto gap = static_cast<double>(stage_gap_hz());
     stage_length = static_cast<std::uint64_t>(2.0 / (2.0 * gap) * static_cast<double>(common_hz) * d + 1.0);
     stage_length |= 1; // odd
     taps_per_phase = stage_length / phases + 1;
+    const std::uint64_t step_ticks = common_hz / out;
     const auto half_filter = 0.5 * static_cast<double>(filter_taps);
     discard_frames = static_cast<std::uint64_t>(
         goes_up ? half_filter / static_cast<double>(osf)
                 : half_filter / (static_cast<double>(filter_hz) / static_cast<double>(out)) +
-                      0.5 * static_cast<double>(stage_length) / static_cast<double>(common_hz / out));
+                      0.5 * static_cast<double>(stage_length) / static_cast<double>(step_ticks));
+}
+
+/// Both halves are whole numbers.
+std::uint64_t design::stage_gap_hz() const {
+    return filter_hz / 2 - input_hz / 2;
 }
 
 double design::width_hz() const {
@@ -91,8 +97,9 @@ std::vector<double> design::prototype() const {
     if (stage_length == 1) {
         return {1.0};
     }
-    const double gap = static_cast<double>(filter_hz / 2 - input_hz / 2);
-    return windowed_sinc(stage_length, static_cast<double>(input_hz / 2) + gap / 2, common_hz, phases);
+    const std::uint64_t band_edge_hz = input_hz / 2;
+    const double middle_hz = static_cast<double>(band_edge_hz) + static_cast<double>(stage_gap_hz()) / 2;
+    return windowed_sinc(stage_length, middle_hz, common_hz, phases);
 }
 
 } // namespace described

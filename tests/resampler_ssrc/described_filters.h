@@ -23,6 +23,7 @@ struct design {
     std::uint64_t taps_per_phase;
     std::uint64_t discard_frames;
 
+    std::uint64_t stage_gap_hz() const;    ///< of the polyphase stage's transition band
     double width_hz() const;               ///< of the long filter's transition band
     double cutoff_hz() const;              ///< its middle
     std::vector<double> filter() const;    ///< with the gain that makes up for zero-stuffing

@@ -62,8 +62,8 @@ TEST(SampleFormat, TheDescriptionNamesTheSamples) {
 
 TEST(SampleFormat, TheCodesHaveTheirNumbersAndWidths) {
     const std::array<std::size_t, 6> bytes{2, 3, 1, 4, 4, 8};
-    for (std::uint8_t code = 0; code < bytes.size(); ++code) {
-        EXPECT_EQ(bytes_per_sample(static_cast<sample_code>(code)), bytes[code]) << int{code};
+    for (std::size_t code = 0; code < bytes.size(); ++code) {
+        EXPECT_EQ(bytes_per_sample(static_cast<sample_code>(code)), bytes[code]) << code;
     }
 }
 
