@@ -435,14 +435,16 @@ TEST_F(SkipSilence, AHostThatIsShortOfMemoryNowAndThenGetsTheSameAudio) {
 }
 
 TEST_F(SkipSilence, PlaybackThatCouldNotEndGoesOnAsIfNothingHadBeen) {
-    // The last segment is half full and silent so far when the host has no memory; then it becomes loud.
+    // The last segment is half full and silent so far when the host has no memory; then it becomes loud,
+    // and the silences on both its sides are too short to be cut.
     const auto start = joined({segments_of(2, loud), segments_of(2, quiet), std::vector<double>(segment_frames / 2)});
     programme halves;
     for (std::size_t first = 0; first < start.size(); first += segment_frames / 2) {
         const auto begin = start.begin() + static_cast<std::ptrdiff_t>(first);
         halves.push_back({mono_8k, {begin, begin + segment_frames / 2}});
     }
-    const auto rest = joined({segments_of(3, loud), std::vector<double>(segment_frames / 2, loud)});
+    const auto rest =
+        joined({std::vector<double>(segment_frames / 2, loud), segments_of(4, quiet), segments_of(3, loud)});
     for (const std::size_t taken : {0U, 1U}) {
         const auto effect = make_with({500, -60, false});
         std::vector<double> out;
