@@ -78,9 +78,11 @@ velmora::sample_block& basic_effect<Interface>::insert_block(std::size_t samples
 }
 
 template <class Interface>
-void basic_effect<Interface>::remove_inserted_block() {
-    --context_.index;
-    context_.list->remove_item(context_.index);
+void basic_effect<Interface>::remove_blocks_since(std::size_t first) {
+    while (context_.index > first) {
+        --context_.index;
+        context_.list->remove_item(context_.index);
+    }
 }
 
 template class basic_effect<velmora::effect_instance>;

@@ -50,11 +50,18 @@ protected:
     /// can fail any more.
     template <class Write>
     void emit_block(std::size_t frames, const stream_format& format, Write write) {
-        velmora::sample_block& block = insert_block(frames * format.channels);
+        emit_all_or_nothing([&] { fill_block(insert_block(frames * format.channels), frames, format, write); });
+    }
+
+    /// Calls `emit`, which emits any number of blocks. When an exception leaves it, they are taken out again: what they
+    /// were made of can then be kept for the next call.
+    template <class Emit>
+    void emit_all_or_nothing(Emit emit) {
+        const std::size_t first = context_.index;
         try {
-            fill_block(block, frames, format, write);
+            emit();
         } catch (...) {
-            remove_inserted_block();
+            remove_blocks_since(first);
             throw;
         }
     }
@@ -88,7 +95,7 @@ private:
 
     void run_blocks(velmora::abort_signal* abort);
     velmora::sample_block& insert_block(std::size_t samples);
-    void remove_inserted_block();
+    void remove_blocks_since(std::size_t first);
 
     std::atomic<std::uint32_t> references_ = 0;
     run_context context_;

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <memory>
 #include <span>
+#include <utility>
 
 namespace kelvane {
 
@@ -15,6 +16,15 @@ namespace kelvane {
 /// the standard library's operator words differently from vendor to vendor.
 class sample_buffer {
 public:
+    sample_buffer() = default;
+    sample_buffer(sample_buffer&& other) noexcept
+        : samples_(std::move(other.samples_)), capacity_(std::exchange(other.capacity_, 0)) {}
+    sample_buffer& operator=(sample_buffer&& other) noexcept {
+        samples_ = std::move(other.samples_);
+        capacity_ = std::exchange(other.capacity_, 0);
+        return *this;
+    }
+
     /// Makes room for `samples` samples. Never shrinks, save that 0 frees the buffer.
     /// Throws `bad_allocation` when the size in bytes overflows or memory is short; the buffer is then unchanged.
     void grow(std::size_t samples);

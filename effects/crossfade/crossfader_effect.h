@@ -7,6 +7,7 @@
 #include "frame/effect_base.h"
 #include "frame/sample_buffer.h"
 
+#include <span>
 #include <string_view>
 
 namespace kelvane {
@@ -17,6 +18,8 @@ namespace kelvane {
 /// Each frame comes out once, alone or mixed with one other, save for two: a flush forgets what is held, and playback
 /// that ends within a fade drops what is left of the old track. A change of the format gives up the fade and lets the
 /// old audio out as it is. Blocks of a rate so low that a fade has no frame pass.
+///
+/// A bad allocation of the host loses no frame, and a block that is brought again repeats none.
 class crossfader_effect final : public effect_base {
 public:
     using settings = crossfader_settings;
@@ -32,9 +35,11 @@ public:
     double get_latency() override;
 
 private:
-    std::span<const double> fade_into(std::span<double> incoming);
+    bool fade_into(std::span<double> incoming);
     void follow_format(const stream_format& format);
     void delay(std::span<const double> samples);
+    void emit_displaced_by(std::span<const double> samples);
+    void emit_joined(std::span<const double> first, std::span<const double> second);
     void emit_held();
 
     double fade_s_;

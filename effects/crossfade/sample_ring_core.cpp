@@ -16,11 +16,15 @@ std::span<const double> sample_ring::displaced_by(std::size_t count) const noexc
 
 void sample_ring::write(std::span<const double> samples) noexcept {
     std::copy(samples.begin(), samples.end(), storage_.subspan(write_position_).begin());
-    write_position_ += samples.size();
+    skip(samples.size());
+}
+
+void sample_ring::skip(std::size_t count) noexcept {
+    write_position_ += count;
     if (write_position_ == capacity()) {
         write_position_ = 0;
     }
-    fill_ = std::min(capacity(), fill_ + samples.size());
+    fill_ = std::min(capacity(), fill_ + count);
 }
 
 std::span<const double> sample_ring::oldest() const noexcept {

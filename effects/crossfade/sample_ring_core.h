@@ -35,6 +35,10 @@ public:
     /// once they are dropped. Empty when nothing is held. Valid until the next write.
     std::span<const double> oldest() const noexcept;
 
+    /// Moves on as `write` of `count` samples does, and leaves the storage as it is: on a copy of the ring it tells
+    /// what is to come.
+    void skip(std::size_t count) noexcept;
+
     /// Forgets the oldest `count` samples (at most the fill).
     void drop_oldest(std::size_t count) noexcept { fill_ -= count; }
 

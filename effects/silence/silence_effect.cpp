@@ -29,10 +29,15 @@ bool silence_skipper::on_block(velmora::sample_block* block, velmora::abort_sign
 
 void silence_skipper::on_playback_end(velmora::abort_signal*) {
     const std::size_t all = segments_.size();
-    if (segments_.silent_at_head(all) == all) {
-        rules_.note_silence(all);
+    silence_rules rules = rules_;
+    if (segments_.are_all_silent()) {
+        rules.note_silence(all);
     }
-    release_all();
+    emit_all_or_nothing([&] {
+        for (std::size_t i = 0; i < all; ++i) {
+            emit_segment(i, rules.judge_next(i + 1 == all));
+        }
+    });
     flush();
 }
 
@@ -82,40 +87,43 @@ void silence_skipper::release_beyond_lookahead(velmora::abort_signal& abort) {
     }
 }
 
-void silence_skipper::release_all() {
-    while (segments_.size() > 0) {
-        release_head();
-    }
+/// Judged on a copy: where the host has no room for it, the segment stays as it is.
+void silence_skipper::release_head() {
+    silence_rules rules = rules_;
+    const silence_verdict verdict = rules.judge_next(segments_.size() == 1);
+    emit_all_or_nothing([&] { emit_segment(0, verdict); });
+    rules_ = rules;
+    segments_.pop();
 }
 
-void silence_skipper::release_head() {
-    switch (rules_.release(segments_.size() == 1)) {
+void silence_skipper::emit_segment(std::size_t index, silence_verdict verdict) {
+    switch (verdict) {
     case silence_verdict::fade_out:
-        fade_head(silence_fade(silence_fade::direction::out));
-        emit_head();
+        emit_faded(index, silence_fade(silence_fade::direction::out));
         break;
     case silence_verdict::fade_in:
-        fade_head(silence_fade(silence_fade::direction::in));
-        emit_head();
+        emit_faded(index, silence_fade(silence_fade::direction::in));
         break;
     case silence_verdict::pass:
-        emit_head();
+        emit_unchanged(index);
         break;
     case silence_verdict::drop:
         break;
     }
-    segments_.pop();
 }
 
-void silence_skipper::fade_head(silence_fade fade) {
-    segments_.for_pieces_of_head([&](std::span<double> samples, const stream_format& format) {
-        fade.process(samples, format.channels, format.sample_rate_hz);
+void silence_skipper::emit_unchanged(std::size_t index) {
+    segments_.for_pieces_of(
+        index, [this](std::span<const double> samples, const stream_format& format) { emit_block(samples, format); });
+}
+
+void silence_skipper::emit_faded(std::size_t index, silence_fade fade) {
+    segments_.for_pieces_of(index, [&](std::span<const double> samples, const stream_format& format) {
+        emit_block(samples.size() / format.channels, format, [&](std::span<double> filled) {
+            std::copy(samples.begin(), samples.end(), filled.begin());
+            fade.process(filled, format.channels, format.sample_rate_hz);
+        });
     });
-}
-
-void silence_skipper::emit_head() {
-    segments_.for_pieces_of_head(
-        [this](std::span<const double> samples, const stream_format& format) { emit_block(samples, format); });
 }
 
 } // namespace kelvane

@@ -7,6 +7,7 @@
 #include "effects/silence/silence_settings.h"
 #include "frame/effect_base.h"
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 
@@ -17,6 +18,9 @@ namespace kelvane {
 /// `is_valid_block`). Segments are released when a whole block has been cut up, so where a silence is cut depends on
 /// where the blocks end. Loud audio waits for the next segment to begin only, and silence for the minimum that is
 /// looked ahead. Runs across tracks; the end of playback lets all out.
+///
+/// A bad allocation of the host or an abort loses nothing. The block at hand has been taken up although it is still in
+/// the list, and segments that have not come out are held as they were; at the end of playback that is all of them.
 class silence_skipper final : public effect_base {
 public:
     using settings = skip_silence_settings;
@@ -35,10 +39,10 @@ private:
     std::size_t fill_last_segment(std::span<const double> samples, const stream_format& format);
     void release_loud(velmora::abort_signal& abort);
     void release_beyond_lookahead(velmora::abort_signal& abort);
-    void release_all();
     void release_head();
-    void fade_head(silence_fade fade);
-    void emit_head();
+    void emit_segment(std::size_t index, silence_verdict verdict);
+    void emit_unchanged(std::size_t index);
+    void emit_faded(std::size_t index, silence_fade fade);
 
     silence_segments segments_;
     silence_rules rules_;

@@ -19,13 +19,13 @@ void silence_rules::note_silence(std::size_t segments) noexcept {
     known_silent_ = std::max(known_silent_, segments);
 }
 
-silence_verdict silence_rules::release(bool is_only) noexcept {
+silence_verdict silence_rules::judge_next(bool is_last) noexcept {
     if (known_silent_ == 0) {
         emitted_silent_ = 0;
         return silence_verdict::pass;
     }
     --known_silent_;
-    const bool audio_resumes = known_silent_ == 0 && !is_only;
+    const bool audio_resumes = known_silent_ == 0 && !is_last;
     return audio_resumes ? end_silence() : go_on();
 }
 

@@ -21,11 +21,11 @@ public:
     /// Segments in the minimum; as many are looked at before the head of the queue is released.
     std::size_t lookahead_segments() const noexcept { return lookahead_; }
 
-    /// At least so many segments at the head belong to a long silence.
+    /// At least so many of the next segments belong to a long silence.
     void note_silence(std::size_t segments) noexcept;
 
-    /// Judges the head of the queue; `is_only` when nothing follows it.
-    silence_verdict release(bool is_only) noexcept;
+    /// Judges the segment behind those judged before; `is_last` when nothing follows it.
+    silence_verdict judge_next(bool is_last) noexcept;
 
     /// Forgets the segments before.
     void reset() noexcept;

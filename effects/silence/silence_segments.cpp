@@ -17,8 +17,10 @@ std::size_t silence_segments::room_frames(std::uint32_t rate_hz) noexcept {
 }
 
 void silence_segments::start() {
+    const std::size_t pieces_before = segments_.empty() ? 0 : segments_.back().first_piece + segments_.back().pieces;
     segment& started = segments_.push();
     started.measure = {};
+    started.first_piece = pieces_before;
     started.pieces = 0;
     started.samples = 0;
 }
@@ -47,6 +49,14 @@ std::size_t silence_segments::silent_at_head(std::size_t limit) noexcept {
         ++found_silent_;
     }
     return std::min(found_silent_, looked_at);
+}
+
+bool silence_segments::are_all_silent() const noexcept {
+    std::size_t silent = found_silent_;
+    while (silent < segments_.size() && segments_[silent].measure.is_silent(threshold_db_)) {
+        ++silent;
+    }
+    return silent == segments_.size();
 }
 
 void silence_segments::pop() noexcept {

@@ -34,14 +34,20 @@ public:
     /// once only: those within the limit must have got all their audio.
     std::size_t silent_at_head(std::size_t limit) noexcept;
 
-    /// Calls `use(std::span<double> samples, const stream_format&)` for each piece of the head, in order.
+    /// Whether all segments are silent, the last one as far as it has got.
+    bool are_all_silent() const noexcept;
+
+    /// Calls `use(std::span<const double> samples, const stream_format&)` for each piece of a segment, in order. The
+    /// head has the index 0.
     template <class Use>
-    void for_pieces_of_head(Use use) {
-        const segment& head = segments_[0];
-        double* first = segments_[0].memory.data();
-        for (std::size_t i = 0; i < head.pieces; ++i) {
-            use(std::span<double>(first, pieces_[i].samples), pieces_[i].format);
-            first += pieces_[i].samples;
+    void for_pieces_of(std::size_t index, Use use) const {
+        const segment& asked = segments_[index];
+        const std::size_t before = asked.first_piece - segments_[0].first_piece;
+        const double* first = asked.memory.data();
+        for (std::size_t i = 0; i < asked.pieces; ++i) {
+            const piece& one = pieces_[before + i];
+            use(std::span<const double>(first, one.samples), one.format);
+            first += one.samples;
         }
     }
 
@@ -61,6 +67,7 @@ private:
 
     struct segment {
         silence_segment_measure measure;
+        std::size_t first_piece = 0; ///< pieces of all segments before it since the queue was last empty
         std::size_t pieces = 0;
         std::size_t samples = 0; ///< of all its pieces, one behind the other in the memory
         sample_buffer memory;

@@ -80,6 +80,19 @@ std::function<void(HWND)> move_and(const std::function<void(HWND)>& ending) {
     };
 }
 
+TEST(CrossfaderDialog, HasItsTexts) {
+    std::vector<std::wstring> texts;
+    show(preset_of(2000), [&](HWND dialog) {
+        for (HWND child = GetWindow(dialog, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+            texts.push_back(text_of(child));
+        }
+        press_cancel(dialog);
+    });
+    for (const auto* const text : {L"Fade duration:", L"Short", L"Long", L"2000 ms", L"OK", L"Cancel"}) {
+        EXPECT_EQ(std::count(texts.begin(), texts.end(), text), 1) << text;
+    }
+}
+
 TEST(CrossfaderDialog, ShowsTheStoredFadeWithinItsRangeAndOkReportsWhatIsShown) {
     struct row {
         std::uint32_t stored_ms;

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <cwchar>
 #include <functional>
 #include <ostream>
 #include <string>
@@ -111,7 +110,7 @@ TEST(SilenceDialog, HasItsTexts) {
     for (const auto* const text :
          {L"Minimum silence duration to activate removal:", L"Short", L"Long", L"Leave the initial period intact",
           L"Silence detection threshold:", L"Quiet", L"Loud", L"OK", L"Cancel"}) {
-        EXPECT_EQ(std::count(texts.begin(), texts.end(), text), 1) << std::string(text, text + wcslen(text));
+        EXPECT_EQ(std::count(texts.begin(), texts.end(), text), 1) << text;
     }
 }
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <deque>
 #include <numeric>
+#include <span>
 #include <vector>
 
 namespace kelvane {
@@ -51,6 +52,22 @@ TEST(SampleRing, DisplacesOnlyWhatIsThereAfterADrop) {
     EXPECT_EQ(as_vector(ring.displaced_by(3)), (std::vector<double>{3})); // behind the two that are free
     ring.write(std::vector<double>{5, 6, 7});
     EXPECT_EQ(as_vector(ring.oldest()), (std::vector<double>{4}));
+}
+
+TEST(SampleRing, ACopyThatSkipsGoesWhereTheRingWillGo) {
+    std::vector<double> storage(4);
+    sample_ring ring(storage);
+    ring.write(std::vector<double>{1, 2, 3});
+    sample_ring later = ring;
+    later.skip(1);
+    EXPECT_EQ(later.fill(), 4U);
+    EXPECT_EQ(later.writable(), 4U);
+    EXPECT_EQ(as_vector(later.displaced_by(2)), (std::vector<double>{1, 2}));
+    later.skip(2);
+    EXPECT_EQ(later.writable(), 2U);
+    EXPECT_EQ(storage, (std::vector<double>{1, 2, 3, 0}));
+    EXPECT_EQ(ring.fill(), 3U);
+    EXPECT_EQ(ring.writable(), 1U);
 }
 
 /// Writes all of `samples` in as many pieces as it takes and returns what they displaced.

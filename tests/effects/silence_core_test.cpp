@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <string>
 #include <vector>
@@ -92,7 +94,7 @@ std::string verdicts(silence_rules rules, const std::string& known) {
         if (known[i] != '.') {
             rules.note_silence(static_cast<std::size_t>(known[i] - '0'));
         }
-        given += "poid"[static_cast<int>(rules.release(i + 1 == known.size()))];
+        given += "poid"[static_cast<int>(rules.judge_next(i + 1 == known.size()))];
     }
     return given;
 }
@@ -129,20 +131,20 @@ TEST(SilenceRules, CutALongSilence) {
 TEST(SilenceRules, ASegmentOutsideASilenceEndsIt) {
     silence_rules rules(200, false);
     rules.note_silence(1);
-    EXPECT_EQ(rules.release(true), silence_verdict::fade_out); // the end, so it seemed
-    EXPECT_EQ(rules.release(false), silence_verdict::pass);
+    EXPECT_EQ(rules.judge_next(true), silence_verdict::fade_out); // the end, so it seemed
+    EXPECT_EQ(rules.judge_next(false), silence_verdict::pass);
     rules.note_silence(2);
-    EXPECT_EQ(rules.release(false), silence_verdict::fade_out);
+    EXPECT_EQ(rules.judge_next(false), silence_verdict::fade_out);
 }
 
 TEST(SilenceRules, AResetForgetsARunningSilence) {
     silence_rules rules(200, false);
     rules.note_silence(9);
-    EXPECT_EQ(rules.release(false), silence_verdict::fade_out);
+    EXPECT_EQ(rules.judge_next(false), silence_verdict::fade_out);
     rules.reset();
-    EXPECT_EQ(rules.release(false), silence_verdict::pass);
+    EXPECT_EQ(rules.judge_next(false), silence_verdict::pass);
     rules.note_silence(2);
-    EXPECT_EQ(rules.release(false), silence_verdict::fade_out);
+    EXPECT_EQ(rules.judge_next(false), silence_verdict::fade_out);
 }
 
 TEST(SilenceFade, IsARaisedCosineOverOneSecond) {

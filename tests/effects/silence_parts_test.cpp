@@ -8,9 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <deque>
 #include <limits>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -168,7 +170,7 @@ TEST(RecycledQueue, APlaceKeepsWhatItsElementOwned) {
 std::vector<std::vector<double>> pieces_of(silence_segments& segments) {
     std::vector<std::vector<double>> pieces;
     while (segments.size() > 0) {
-        segments.for_pieces_of_head([&](std::span<double> samples, const stream_format&) {
+        segments.for_pieces_of(0, [&](std::span<const double> samples, const stream_format&) {
             pieces.emplace_back(samples.begin(), samples.end());
         });
         segments.pop();
@@ -187,6 +189,50 @@ TEST(SilenceSegments, KeepThePiecesApartAlsoWhereThereAreMoreThanFit) {
     segments.append(small, {1000, 2, 3}, 0.0);
     EXPECT_EQ(pieces_of(segments), (std::vector<std::vector<double>>{small, large, small}));
     EXPECT_EQ(segments.duration_s(), 0.0);
+}
+
+TEST(SilenceSegments, GiveThePiecesOfAnySegmentAlsoBehindThoseThatHaveGone) {
+    silence_segments segments(-60.0);
+    const auto first_samples_of = [&](std::size_t index) {
+        std::vector<double> found;
+        segments.for_pieces_of(index, [&](std::span<const double> samples, const stream_format& format) {
+            EXPECT_EQ(samples.size(), format.channels) << index;
+            found.push_back(samples[0]);
+        });
+        return found;
+    };
+    for (double next = 0.0; next < 60.0; next += 3.0) { // of three pieces and of none in turn
+        segments.start();
+        segments.append(std::vector<double>{next}, {1000, 1, 0x4}, 0.0);
+        segments.append(std::vector<double>{next + 1.0, 0.0}, {1000, 2, 0x3}, 0.0);
+        segments.append(std::vector<double>{next + 2.0}, {1000, 1, 0x4}, 0.0);
+        segments.start();
+        ASSERT_EQ(first_samples_of(0), (std::vector<double>{next, next + 1.0, next + 2.0}));
+        ASSERT_TRUE(first_samples_of(1).empty());
+        segments.start();
+        segments.append(std::vector<double>{-1.0}, {1000, 1, 0x4}, 0.0);
+        ASSERT_EQ(first_samples_of(2), std::vector<double>{-1.0});
+        segments.pop();
+        ASSERT_EQ(first_samples_of(1), std::vector<double>{-1.0});
+        segments.pop();
+        segments.pop();
+    }
+}
+
+TEST(SilenceSegments, AreAllSilentUntilALoudOneComesOrTheLastBecomesLoud) {
+    silence_segments segments(-60.0);
+    const auto append = [&](double peak) { segments.append(std::vector<double>{peak}, {1000, 1, 4}, peak); };
+    EXPECT_TRUE(segments.are_all_silent());
+    segments.start();
+    append(0.0);
+    segments.start();
+    append(0.0);
+    EXPECT_TRUE(segments.are_all_silent());
+    append(1.0); // the answer before is not remembered
+    EXPECT_FALSE(segments.are_all_silent());
+    EXPECT_EQ(segments.silent_at_head(2), 1U);
+    segments.pop();
+    EXPECT_FALSE(segments.are_all_silent());
 }
 
 TEST(SilenceSegments, CountTheSilentOnesUpToALimitOrTheFirstLoudOne) {

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
+#include <span>
 #include <vector>
 
 namespace kelvane {
@@ -127,6 +129,25 @@ TEST(Blocks, ARewriteThatTheHostRefusesChangesNothing) {
     EXPECT_THROW(rewrite_block(block, stereo.data(), 2, 2, 0x3), std::bad_alloc);
     EXPECT_EQ(block.samples(), mono);
     EXPECT_EQ(block.format(), (block_format{96000, 1, 0x4}));
+}
+
+TEST(Blocks, ANewBlockIsFilledWhateverRoomItHas) {
+    const std::vector<double> stereo{1.0, -1.0, 2.0, -2.0, 3.0, -3.0};
+    struct row {
+        std::size_t capacity;
+        int resizes;
+    };
+    for (const row& line : {row{0, 1}, row{1, 1}, row{5, 1}, row{6, 0}, row{100, 0}}) {
+        strict_block block(line.capacity);
+        fill_block(block, 3, {48000, 2, 0x30}, [&](std::span<double> filled) {
+            ASSERT_EQ(filled.size(), stereo.size()) << line.capacity;
+            std::copy(stereo.begin(), stereo.end(), filled.begin());
+        });
+        ASSERT_TRUE(has_samples(block)) << line.capacity;
+        EXPECT_EQ(block.samples(), stereo) << line.capacity;
+        EXPECT_EQ(block.format(), (block_format{48000, 2, 0x30})) << line.capacity;
+        EXPECT_EQ(block.resizes(), line.resizes) << line.capacity;
+    }
 }
 
 } // namespace

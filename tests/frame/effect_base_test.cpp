@@ -65,6 +65,8 @@ public:
         emit_block(samples, {44100, 1, 0x4});
     }
 
+    using effect_base::emit_all_or_nothing;
+
     void* track() const { return current_track(); }
 
     void throw_if_told() const {
@@ -272,7 +274,7 @@ TEST(EffectBase, ANestedCallFindsItsOwnListAndGivesTheOuterOneBack) {
     EXPECT_EQ(frame_counts(outer), (counts{10, 1, 20, 2, 30, 3}));
 }
 
-/// A list whose new blocks cannot grow.
+/// A list whose new blocks have no room and cannot grow, while it is refusing.
 class refusing_list final : public velmora::block_list {
 public:
     std::size_t get_count() override { return list.get_count(); }
@@ -280,12 +282,15 @@ public:
     void remove_item(std::size_t index) override { list.remove_item(index); }
     void remove_all() override { list.remove_all(); }
     velmora::sample_block* insert_item(std::size_t index, std::size_t hint) override {
-        velmora::sample_block* const inserted = list.insert_item(index, hint);
-        list.at(index).refuse_growth();
+        velmora::sample_block* const inserted = list.insert_item(index, is_refusing ? 0 : hint);
+        if (is_refusing) {
+            list.at(index).refuse_growth();
+        }
         return inserted;
     }
 
     strict_list list;
+    bool is_refusing = true;
 };
 
 TEST(EffectBase, AnEmittedBlockThatCannotGrowLeavesTheListAsItWas) {
@@ -297,6 +302,50 @@ TEST(EffectBase, AnEmittedBlockThatCannotGrowLeavesTheListAsItWas) {
     list.list = list_of({1});
     EXPECT_THROW(effect.run(&list, nullptr, 0), std::bad_alloc);
     EXPECT_EQ(frame_counts(list.list), (counts{1}));
+}
+
+TEST(EffectBase, AnEffectThatTriesAgainEmitsInTheRightPlace) {
+    refusing_list list;
+    list.list = list_of({1, 2});
+    recording_effect effect([&](auto& self, auto& block) {
+        list.is_refusing = true;
+        EXPECT_THROW(self.emit(9), std::bad_alloc);
+        list.is_refusing = false;
+        self.emit(10 * block.get_sample_count());
+        return true;
+    });
+    effect.run(&list, nullptr, 0);
+    EXPECT_EQ(frame_counts(list.list), (counts{10, 1, 20, 2}));
+}
+
+TEST(EffectBase, OfBlocksThatBelongTogetherAllAreEmittedOrNone) {
+    strict_list list = list_of({1, 2});
+    recording_effect effect([&](auto& self, auto& block) {
+        self.emit(5); // one that does not belong to them
+        const auto emit_three = [&] {
+            for (const std::size_t frames : {10U, 20U, 30U}) {
+                self.emit(frames * block.get_sample_count());
+            }
+        };
+        for (const std::size_t taken : {0U, 1U, 2U}) {
+            list.refuse_after(taken);
+            EXPECT_THROW(self.emit_all_or_nothing(emit_three), std::bad_alloc) << taken;
+        }
+        list.refuse_after(4);
+        self.emit_all_or_nothing(emit_three);
+        return block.get_sample_count() != 1;
+    });
+    effect.run(&list, nullptr, 0);
+    EXPECT_EQ(frame_counts(list), (counts{5, 10, 20, 30, 5, 20, 40, 60, 2}));
+}
+
+TEST(EffectBaseDeathTest, EmittingOutsideARunStopsTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    recording_effect effect;
+    EXPECT_DEATH(effect.emit(1), "VELMORA_BugCheck: audio emitted outside a run");
+    strict_list list = list_of({1});
+    effect.run(&list, nullptr, 0);
+    EXPECT_DEATH(effect.emit(1), "VELMORA_BugCheck: audio emitted outside a run"); // nor behind one
 }
 
 TEST(EffectBase, DefaultsOfAnEffectWithoutState) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <utility>
 
 namespace kelvane {
 namespace {
@@ -55,6 +56,25 @@ TEST(SampleBuffer, AProductOfFramesAndChannelsThatOverflowsIsABadAllocation) {
     sample_buffer buffer;
     EXPECT_EQ(thrown_text<std::bad_alloc>([&] { buffer.grow_to_frames(most / 2, 4); }), "bad allocation");
     EXPECT_EQ(buffer.grow_to_frames(3, 2).size(), 6U);
+}
+
+TEST(SampleBuffer, AMoveTakesTheSamplesAndLeavesAnEmptyBuffer) {
+    sample_buffer first;
+    first.grow(3);
+    first.data()[2] = 7.0;
+    sample_buffer second(std::move(first));
+    EXPECT_EQ(first.capacity(), 0U); // NOLINT: what is left behind is the question
+    EXPECT_EQ(first.data(), nullptr);
+    EXPECT_EQ(second.capacity(), 3U);
+    sample_buffer third;
+    third.grow(100);
+    third = std::move(second);
+    EXPECT_EQ(second.capacity(), 0U); // NOLINT
+    EXPECT_EQ(third.capacity(), 3U);
+    EXPECT_EQ(third.data()[2], 7.0);
+    second.grow(2); // and it can be used again
+    second.data()[1] = 1.0;
+    EXPECT_EQ(second.capacity(), 2U);
 }
 
 } // namespace

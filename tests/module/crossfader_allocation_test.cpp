@@ -115,4 +115,18 @@ TEST(CrossfaderAllocations, ThereAreNoneAfterTheFirstBlock) {
     EXPECT_EQ(frames_out, longest_block_frames + tracks * track_frames - tracks * std::size_t{2} * rate_hz);
 }
 
+TEST(CrossfaderAllocations, AFlushGivesTheRingBack) {
+    const std::vector<double> audio(longest_block_frames * channels);
+    const auto effect = make_effect("Crossfader");
+    recycling_list list;
+    for (int playback = 0; playback < 3; ++playback) {
+        const std::uint64_t before = allocations();
+        list.append(audio);
+        effect->run(&list, nullptr, 0);
+        list.clear();
+        EXPECT_EQ(allocations() - before, 1U) << playback; // its own ring each time
+        effect->flush();
+    }
+}
+
 } // namespace

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <new>
 #include <vector>
@@ -51,19 +52,24 @@ stretch constant(const block_format& format, std::size_t frames, double value) {
     return ramp(format, frames, value, 0.0);
 }
 
-/// What is in the list after one call with these blocks, block by block. None is empty.
-programme call(velmora::effect_instance& effect, const programme& blocks, std::uint32_t flags = 0) {
-    strict_list list;
-    for (const stretch& block : blocks) {
-        list.append(block.samples, block.format);
-    }
-    effect.run(&list, nullptr, flags);
+/// What a list holds, block by block. None is empty.
+programme blocks_of(strict_list& list) {
     programme out;
     for (std::size_t i = 0; i < list.get_count(); ++i) {
         out.push_back({list.at(i).format(), list.at(i).samples()});
         EXPECT_GT(out.back().frames(), 0U) << "block " << i;
     }
     return out;
+}
+
+/// What is in the list after one call with these blocks.
+programme call(velmora::effect_instance& effect, const programme& blocks, std::uint32_t flags = 0) {
+    strict_list list;
+    for (const stretch& block : blocks) {
+        list.append(block.samples, block.format);
+    }
+    effect.run(&list, nullptr, flags);
+    return blocks_of(list);
 }
 
 /// Puts blocks behind those that are there, joined where the format stays.
@@ -377,43 +383,130 @@ TEST(Crossfader, AFadeThatNoMemoryCanHoldIsABadAllocation) {
     EXPECT_EQ(bits_of(list.at(0).samples()), bits_of(ramp(mono_1000, 500, 0.0).samples));
     EXPECT_EQ(bits_of(list.at(1).samples()), bits_of(std::vector<double>(1024, 0.25)));
     EXPECT_EQ(effect->get_latency(), 0.0);
+    // It is no more possible the second time.
+    strict_list again;
+    again.append(std::vector<double>(1024, 0.25), impossible);
+    EXPECT_EQ(thrown_text<std::bad_alloc>([&] { effect->run(&again, nullptr, 0); }), "bad allocation");
+    EXPECT_EQ(again.get_count(), 1U);
     const programme next = call(*effect, {ramp(mono_1000, 500, 0.0)}, end_of_playback);
     EXPECT_TRUE(are_equal(joined(next), {ramp(mono_1000, 500, 0.0)}));
 }
 
-/// A host that is short of memory: it makes no block for an effect while `is_short`.
-class short_list final : public velmora::block_list {
-public:
-    std::size_t get_count() override { return list.get_count(); }
-    velmora::sample_block* get_item(std::size_t index) override { return list.get_item(index); }
-    void remove_item(std::size_t index) override { list.remove_item(index); }
-    void remove_all() override { list.remove_all(); }
-    velmora::sample_block* insert_item(std::size_t index, std::size_t samples_hint) override {
-        if (is_short) {
-            throw std::bad_alloc();
-        }
-        return list.insert_item(index, samples_hint);
-    }
-
-    strict_list list;
-    bool is_short = true;
-};
-
 TEST(Crossfader, WhatAHostCouldNotTakeComesOutNextTime) {
     const auto effect = make_with_fade(100);
     call(*effect, {ramp(mono_1000, 100, 0.0)});
-    short_list blocks;
-    blocks.list.append(ramp(mono_1000, 60, 100.0).samples, mono_1000);
+    strict_list blocks;
+    blocks.append(ramp(mono_1000, 60, 100.0).samples, mono_1000);
     for (const std::uint32_t flags : {0U, end_of_playback}) { // with its block, and at the end
-        blocks.is_short = true;
+        blocks.refuse_after(0);
         EXPECT_THROW(effect->run(&blocks, nullptr, flags), std::bad_alloc) << flags;
-        blocks.is_short = false;
+        blocks.refuse_no_more();
         effect->run(&blocks, nullptr, flags);
         const std::size_t last = blocks.get_count() - 1;
         const double first = flags == 0 ? 0.0 : 60.0;
-        EXPECT_EQ(blocks.list.at(0).samples()[0], first) << flags;
-        EXPECT_EQ(blocks.list.at(last).samples().back(), flags == 0 ? 59.0 : 159.0) << flags;
-        blocks.list = strict_list();
+        EXPECT_EQ(blocks.at(0).samples()[0], first) << flags;
+        EXPECT_EQ(blocks.at(last).samples().back(), flags == 0 ? 59.0 : 159.0) << flags;
+        blocks = strict_list();
+    }
+}
+
+/// Runs one block through a host that takes `taken` blocks and no more, which leaves the list as it was, and then
+/// through the same host with memory again. Returns what is in the list then.
+programme call_again(velmora::effect_instance& effect, const stretch& block, std::size_t taken) {
+    strict_list list;
+    list.append(block.samples, block.format);
+    list.refuse_after(taken);
+    const double latency_s = effect.get_latency();
+    EXPECT_THROW(effect.run(&list, nullptr, 0), std::bad_alloc) << taken;
+    EXPECT_TRUE(are_equal(blocks_of(list), {block})) << taken;
+    EXPECT_EQ(effect.get_latency(), latency_s) << taken;
+    list.refuse_no_more();
+    effect.run(&list, nullptr, 0);
+    return blocks_of(list);
+}
+
+TEST(Crossfader, ABlockThatIsLongerThanTheFadeComesOutWholeOrNotAtAll) {
+    struct row {
+        std::size_t before_frames; ///< of which at most 100 are held
+        std::vector<std::size_t> blocks_frames;
+    };
+    const row table[] = {{0, {100, 100, 50}}, {60, {100, 100, 10}}, {100, {100, 100, 50}}, {160, {40, 100, 100, 10}}};
+    for (const row& line : table) {
+        const std::size_t long_frames = line.before_frames == 0 ? 350 : 250;
+        for (std::size_t taken = 0; taken < line.blocks_frames.size(); ++taken) {
+            const auto effect = make_with_fade(100);
+            programme out = call(*effect, {ramp(mono_1000, line.before_frames, 0.0)});
+            const stretch long_block = ramp(mono_1000, long_frames, static_cast<double>(line.before_frames));
+            const programme blocks = call_again(*effect, long_block, taken);
+            std::vector<std::size_t> blocks_frames;
+            for (const stretch& block : blocks) {
+                blocks_frames.push_back(block.frames());
+            }
+            EXPECT_EQ(blocks_frames, line.blocks_frames) << line.before_frames << ", " << taken;
+            append(out, blocks);
+            append(out, call(*effect, {}, end_of_playback));
+            EXPECT_TRUE(are_equal(out, {ramp(mono_1000, line.before_frames + long_frames, 0.0)}))
+                << line.before_frames << ", " << taken;
+        }
+    }
+}
+
+TEST(Crossfader, AnOldTailThatLiesInTwoPiecesComesOutWholeOrNotAtAll) {
+    for (const std::size_t taken : {0U, 1U}) {
+        const auto effect = make_with_fade(100);
+        programme out = call(*effect, {ramp(mono_1000, 160, 0.0)});
+        append(out, call_again(*effect, ramp({1000, 2, 0x3}, 50, 0.0), taken));
+        EXPECT_TRUE(are_equal(out, {ramp(mono_1000, 160, 0.0)})) << taken;
+        strict_list list;
+        list.refuse_after(taken);
+        if (taken == 0) { // what is held now is one piece
+            EXPECT_THROW(effect->run(&list, nullptr, end_of_playback), std::bad_alloc);
+        }
+        EXPECT_EQ(list.get_count(), 0U);
+        EXPECT_TRUE(are_equal(call(*effect, {}, end_of_playback), {ramp({1000, 2, 0x3}, 50, 0.0)})) << taken;
+    }
+}
+
+TEST(Crossfader, AnotherFormatGivesTheFadeUpAlsoWhereTheHostCouldNotTakeTheTail) {
+    const auto effect = make_with_fade(100);
+    call(*effect, {ramp(mono_1000, 100, 0.0)}, end_of_track);
+    ASSERT_EQ(frames_of(call(*effect, {constant(mono_1000, 60, 0.0)})), 60U);
+    strict_list list;
+    list.append(std::vector<double>(10), {1500, 1, 0x4});
+    list.refuse_after(0);
+    EXPECT_THROW(effect->run(&list, nullptr, 0), std::bad_alloc);
+    // A fade that still ran would drop the old track's rest.
+    EXPECT_TRUE(are_equal(call(*effect, {}, end_of_playback), {ramp(mono_1000, 40, 60.0)}));
+}
+
+TEST(Crossfader, AFadeWhoseEndTheHostCouldNotTakeLosesNothingAndRepeatsNothing) {
+    for (const std::size_t taken : {0U, 1U}) { // without the mixed frames, and with them but not with those behind
+        const auto effect = make_with_fade(100);
+        call(*effect, {constant(mono_1000, 100, 0.0)}, end_of_track);
+        strict_list list;
+        list.append(constant(mono_1000, 300, 1.0).samples, mono_1000);
+        list.refuse_after(taken);
+        EXPECT_THROW(effect->run(&list, nullptr, 0), std::bad_alloc) << taken;
+        ASSERT_EQ(list.get_count(), 1U) << taken;
+        list.refuse_no_more();
+        effect->run(&list, nullptr, 0);
+        programme out;
+        append(out, blocks_of(list));
+        append(out, call(*effect, {}, end_of_playback));
+        stretch expected = constant(mono_1000, 300, 1.0);
+        for (std::size_t frame = 0; frame < 100; ++frame) {
+            expected.samples[frame] = static_cast<double>(frame) / 100.0;
+        }
+        EXPECT_TRUE(are_equal(out, {expected})) << taken;
+    }
+}
+
+TEST(Crossfader, ABlockWithoutRateOrChannelsHasNoLatency) {
+    for (const block_format& format : {block_format{0, 2, 0x3}, block_format{44100, 0, 0}}) {
+        const auto effect = make_effect("Crossfader");
+        strict_block block(std::vector<double>{0.5, 0.5}, format);
+        EXPECT_TRUE(effect->on_block(&block, nullptr)) << format.channels; // a host's loop lets none of them come here
+        EXPECT_EQ(effect->get_latency(), 0.0) << format.channels;
     }
 }
 

@@ -8,9 +8,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <new>
 #include <ostream>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -70,15 +72,20 @@ programme run_list(velmora::effect_instance& effect, const programme& blocks, st
     return blocks_of(list);
 }
 
-/// Noise of so many whole segments, with its peak in each of them at `amplitude` exactly.
-std::vector<double> segments_of(std::size_t count, double amplitude) {
-    static random_source random(1);
-    std::vector<double> samples = noise(random, count * segment_frames, amplitude);
-    for (std::size_t first = 0; first < samples.size(); first += segment_frames) {
-        samples[first] = amplitude;
+class SkipSilence : public testing::Test {
+protected:
+    /// Noise of so many whole segments, with its peak in each of them at `amplitude` exactly; other noise each time.
+    std::vector<double> segments_of(std::size_t count, double amplitude) {
+        std::vector<double> samples = noise(random_, count * segment_frames, amplitude);
+        for (std::size_t first = 0; first < samples.size(); first += segment_frames) {
+            samples[first] = amplitude;
+        }
+        return samples;
     }
-    return samples;
-}
+
+private:
+    random_source random_{1};
+};
 
 std::vector<double> joined(const std::vector<std::vector<double>>& parts) {
     std::vector<double> all;
@@ -132,7 +139,7 @@ void expect_near(const std::vector<double>& actual, const std::vector<double>& e
     }
 }
 
-TEST(SkipSilence, TheDefaultsAre5000MillisecondsMinus60DecibelsAndKeeping) {
+TEST_F(SkipSilence, TheDefaultsAre5000MillisecondsMinus60DecibelsAndKeeping) {
     const host::effect_entry& effect = built_effects().find(skip_silence);
     std::vector<std::uint8_t> expected{0x88, 0x13, 0, 0, 0xC4, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0};
     std::vector<std::uint8_t> found;
@@ -143,7 +150,7 @@ TEST(SkipSilence, TheDefaultsAre5000MillisecondsMinus60DecibelsAndKeeping) {
     EXPECT_TRUE(effect.has_dialog);
 }
 
-TEST(SkipSilence, TwentySecondsLeaveFiveAndTwoFadedSegments) {
+TEST_F(SkipSilence, TwentySecondsLeaveFiveAndTwoFadedSegments) {
     const auto before = segments_of(10, loud);
     const auto gap = segments_of(200, quiet);
     const auto after = segments_of(10, loud);
@@ -156,7 +163,7 @@ TEST(SkipSilence, TwentySecondsLeaveFiveAndTwoFadedSegments) {
     EXPECT_EQ(std::vector<double>(out.begin() + 62 * segment_frames, out.end()), after);
 }
 
-TEST(SkipSilence, WithoutItsInitialPeriodASilenceLeavesTheTwoFadedSegments) {
+TEST_F(SkipSilence, WithoutItsInitialPeriodASilenceLeavesTheTwoFadedSegments) {
     const auto before = segments_of(10, loud);
     const auto gap = segments_of(200, quiet);
     const auto after = segments_of(10, loud);
@@ -167,7 +174,7 @@ TEST(SkipSilence, WithoutItsInitialPeriodASilenceLeavesTheTwoFadedSegments) {
     EXPECT_EQ(std::vector<double>(out.begin() + 12 * segment_frames, out.end()), after);
 }
 
-TEST(SkipSilence, OnlyASilenceOfTheMinimumIsCut) {
+TEST_F(SkipSilence, OnlyASilenceOfTheMinimumIsCut) {
     struct row {
         std::size_t silent_segments;
         bool keeps_initial;
@@ -188,7 +195,7 @@ TEST(SkipSilence, OnlyASilenceOfTheMinimumIsCut) {
     }
 }
 
-TEST(SkipSilence, APeakAtTheThresholdIsLoud) {
+TEST_F(SkipSilence, APeakAtTheThresholdIsLoud) {
     struct row {
         double peak;
         std::int32_t threshold_db;
@@ -205,22 +212,30 @@ TEST(SkipSilence, APeakAtTheThresholdIsLoud) {
     }
 }
 
-TEST(SkipSilence, AMinimumOfOneSegmentCutsNothing) {
+TEST_F(SkipSilence, AMinimumOfOneSegmentCutsNothing) {
+    const auto before = joined({segments_of(5, loud), segments_of(100, quiet)});
     for (const std::uint32_t minimum_ms : {0U, 40U, 149U}) {
-        const auto whole = joined({segments_of(5, loud), segments_of(100, quiet), segments_of(5, loud)});
+        const auto whole = joined({before, segments_of(5, loud)});
         EXPECT_EQ(bits_of(play_back({minimum_ms, -60, false}, whole)), bits_of(whole)) << minimum_ms;
+        // At the end one silent segment is a silence: all of it that may stay is its fade.
+        const auto out = play_back({minimum_ms, -60, false}, before);
+        ASSERT_EQ(out.size(), before.size()) << minimum_ms;
+        expect_near(segment_at(out, 104), faded(segment_at(before, 104), true));
+        const std::vector<double> rest(before.begin(), before.end() - segment_frames);
+        EXPECT_EQ(bits_of({out.begin(), out.end() - segment_frames}), bits_of(rest)) << minimum_ms;
+        EXPECT_EQ(bits_of(play_back({minimum_ms, -60, true}, before)), bits_of(before)) << minimum_ms;
     }
     const auto whole = joined({segments_of(5, loud), segments_of(100, quiet), segments_of(5, loud)});
     EXPECT_EQ(play_back({150, -60, false}, whole).size(), 12 * segment_frames);
 }
 
-TEST(SkipSilence, TheLargestMinimumHoldsAllBackAndLetsAllOut) {
+TEST_F(SkipSilence, TheLargestMinimumHoldsAllBackAndLetsAllOut) {
     const auto whole = joined({segments_of(2, loud), segments_of(500, quiet)});
     const auto effect = make_with({4294967295U, -60, true});
     EXPECT_EQ(bits_of(play_back(*effect, whole)), bits_of(whole));
 }
 
-TEST(SkipSilence, TheSilenceAtTheEndIsCutWithoutAFadeIn) {
+TEST_F(SkipSilence, TheSilenceAtTheEndIsCutWithoutAFadeIn) {
     const auto before = segments_of(5, loud);
     const auto silence = segments_of(40, quiet);
     const auto out = play_back({1000, -60, true}, joined({before, silence}));
@@ -228,7 +243,7 @@ TEST(SkipSilence, TheSilenceAtTheEndIsCutWithoutAFadeIn) {
     expect_near(segment_at(out, 15), faded(segment_at(silence, 10), true));
 }
 
-TEST(SkipSilence, AShortSilenceAtTheEndIsCutWhereNothingIsKept) {
+TEST_F(SkipSilence, AShortSilenceAtTheEndIsCutWhereNothingIsKept) {
     const auto before = segments_of(5, loud);
     const auto silence = segments_of(3, quiet);
     const auto out = play_back({1000, -60, false}, joined({before, silence}));
@@ -236,7 +251,7 @@ TEST(SkipSilence, AShortSilenceAtTheEndIsCutWhereNothingIsKept) {
     expect_near(segment_at(out, 5), faded(segment_at(silence, 0), true));
 }
 
-TEST(SkipSilence, PayloadsAreRepaired) {
+TEST_F(SkipSilence, PayloadsAreRepaired) {
     struct row {
         std::vector<std::uint8_t> payload;
         std::size_t left; ///< segments of a silence of twenty seconds
@@ -266,7 +281,7 @@ TEST(SkipSilence, PayloadsAreRepaired) {
     }
 }
 
-TEST(SkipSilence, LoudAudioIsHeldBackByLessThanTwoSegments) {
+TEST_F(SkipSilence, LoudAudioIsHeldBackByLessThanTwoSegments) {
     const auto effect = make_effect(skip_silence);
     const auto audio = segments_of(20, loud);
     for (std::size_t first = 0; first < audio.size(); first += 100) {
@@ -276,7 +291,7 @@ TEST(SkipSilence, LoudAudioIsHeldBackByLessThanTwoSegments) {
     }
 }
 
-TEST(SkipSilence, ASegmentLeavesWhenTheNextOneBegins) {
+TEST_F(SkipSilence, ASegmentLeavesWhenTheNextOneBegins) {
     const auto effect = make_effect(skip_silence);
     EXPECT_TRUE(run_list(*effect, {{mono_8k, segments_of(1, loud)}}).empty());
     EXPECT_EQ(effect->get_latency(), 0.1);
@@ -286,7 +301,7 @@ TEST(SkipSilence, ASegmentLeavesWhenTheNextOneBegins) {
     EXPECT_EQ(effect->get_latency(), 1.0 / 8000.0);
 }
 
-TEST(SkipSilence, BlocksWithoutTheirSamplesOrOfImpossibleFormatGoAndLeaveNoTrace) {
+TEST_F(SkipSilence, BlocksWithoutTheirSamplesOrOfImpossibleFormatGoAndLeaveNoTrace) {
     const auto effect = make_with({500, -60, true});
     const auto audio = segments_of(1, loud);
     run_list(*effect, {{mono_8k, audio}});
@@ -303,7 +318,7 @@ TEST(SkipSilence, BlocksWithoutTheirSamplesOrOfImpossibleFormatGoAndLeaveNoTrace
     EXPECT_TRUE(are_equal(run_list(*effect, {}, end_of_playback), {{mono_8k, audio}}));
 }
 
-TEST(SkipSilence, TheExtremeFormatsPass) {
+TEST_F(SkipSilence, TheExtremeFormatsPass) {
     random_source random(1);
     for (const block_format& format : {block_format{1000, 1, 0x4}, block_format{20'000'000, 2, 0x3},
                                        block_format{384'000, 32, 0xFFFFFFFF}, block_format{44100, 1, 0x0}}) {
@@ -313,7 +328,7 @@ TEST(SkipSilence, TheExtremeFormatsPass) {
     }
 }
 
-TEST(SkipSilence, SamplesThatAreNotNumbersPassAndCountAsSilenceOthersAsWhatTheyAre) {
+TEST_F(SkipSilence, SamplesThatAreNotNumbersPassAndCountAsSilenceOthersAsWhatTheyAre) {
     struct row {
         double strange;
         bool is_cut;
@@ -329,7 +344,7 @@ TEST(SkipSilence, SamplesThatAreNotNumbersPassAndCountAsSilenceOthersAsWhatTheyA
     }
 }
 
-TEST(SkipSilence, AnAbortEndsTheCallAndAFlushMakesItUsable) {
+TEST_F(SkipSilence, AnAbortEndsTheCallAndAFlushMakesItUsable) {
     const auto effect = make_effect(skip_silence);
     host::abort_switch abort;
     abort.trigger();
@@ -344,7 +359,7 @@ TEST(SkipSilence, AnAbortEndsTheCallAndAFlushMakesItUsable) {
     }
 }
 
-TEST(SkipSilence, OneSegmentAtMostAsksForNoAbort) {
+TEST_F(SkipSilence, OneSegmentAtMostAsksForNoAbort) {
     const auto effect = make_effect(skip_silence);
     host::abort_switch abort;
     abort.trigger();
@@ -355,30 +370,92 @@ TEST(SkipSilence, OneSegmentAtMostAsksForNoAbort) {
     EXPECT_EQ(list.get_count(), 1U);
 }
 
-/// A list that has no memory for new blocks.
-class full_list final : public velmora::block_list {
-public:
-    explicit full_list(strict_list& blocks) : blocks_(blocks) {}
-    std::size_t get_count() override { return blocks_.get_count(); }
-    velmora::sample_block* get_item(std::size_t index) override { return blocks_.get_item(index); }
-    void remove_item(std::size_t index) override { blocks_.remove_item(index); }
-    void remove_all() override { blocks_.remove_all(); }
-    velmora::sample_block* insert_item(std::size_t, std::size_t) override { throw std::bad_alloc(); }
-
-private:
-    strict_list& blocks_;
-};
-
-TEST(SkipSilence, AHostWithoutMemoryLeavesAUsableInstance) {
+TEST_F(SkipSilence, AHostWithoutMemoryLeavesAUsableInstance) {
     const auto effect = make_effect(skip_silence);
     for (const double amplitude : {loud, quiet}) {
         strict_list blocks;
         blocks.append(segments_of(60, amplitude), mono_8k);
-        full_list full(blocks);
-        EXPECT_THROW(effect->run(&full, nullptr, 0), std::bad_alloc);
+        blocks.refuse_after(0);
+        EXPECT_THROW(effect->run(&blocks, nullptr, 0), std::bad_alloc);
         effect->flush();
         const auto clean = joined({segments_of(5, loud), segments_of(70, quiet), segments_of(5, loud)});
         EXPECT_EQ(play_back(*effect, clean), play_back(*make_effect(skip_silence), clean));
+    }
+}
+
+/// Takes the samples of the blocks that come before the one which the call was about.
+void take_emitted(strict_list& list, std::vector<double>& out) {
+    const programme blocks = blocks_of(list);
+    for (std::size_t i = 0; i + 1 < blocks.size(); ++i) {
+        out.insert(out.end(), blocks[i].samples.begin(), blocks[i].samples.end());
+    }
+}
+
+/// A playback in blocks of half a segment, of two pieces each segment therefore, through a host that is short of memory
+/// in two calls of three: it takes no block at all, or one.
+std::vector<double> play_back_short_of_memory(velmora::effect_instance& effect, const std::vector<double>& samples) {
+    std::vector<double> out;
+    for (std::size_t first = 0, call = 0; first < samples.size(); first += segment_frames / 2, ++call) {
+        strict_list list;
+        if (call % 3 != 0) {
+            list.refuse_after(call % 3 - 1);
+        }
+        list.append(std::span(samples).subspan(first, segment_frames / 2), mono_8k);
+        try {
+            effect.run(&list, nullptr, 0);
+            list.append(std::vector<double>{0.0}, mono_8k);
+        } catch (const std::bad_alloc&) { // the block stays in the list
+        }
+        take_emitted(list, out);
+    }
+    for (const std::size_t taken : {0U, 1U}) { // of a segment at least
+        strict_list list;
+        list.refuse_after(taken);
+        EXPECT_THROW(effect.run(&list, nullptr, end_of_playback), std::bad_alloc) << taken;
+        EXPECT_EQ(list.get_count(), 0U) << taken;
+    }
+    for (const stretch& block : run_list(effect, {}, end_of_playback)) {
+        out.insert(out.end(), block.samples.begin(), block.samples.end());
+    }
+    return out;
+}
+
+TEST_F(SkipSilence, AHostThatIsShortOfMemoryNowAndThenGetsTheSameAudio) {
+    for (const bool keeps_initial : {true, false}) {
+        for (const std::size_t last_loud : {6U, 0U}) {
+            const skipper_settings chosen{600, -60, keeps_initial};
+            const auto whole = joined({segments_of(5, loud), segments_of(30, quiet), segments_of(4, loud),
+                                       segments_of(5, quiet), segments_of(last_loud, loud)});
+            const auto expected = play_back(*make_with(chosen), whole, segment_frames / 2);
+            EXPECT_LT(expected.size(), whole.size());
+            EXPECT_EQ(bits_of(play_back_short_of_memory(*make_with(chosen), whole)), bits_of(expected))
+                << keeps_initial << ", " << last_loud;
+        }
+    }
+}
+
+TEST_F(SkipSilence, PlaybackThatCouldNotEndGoesOnAsIfNothingHadBeen) {
+    // The last segment is half full and silent so far when the host has no memory; then it becomes loud,
+    // and the silences on both its sides are too short to be cut.
+    const auto start = joined({segments_of(2, loud), segments_of(2, quiet), std::vector<double>(segment_frames / 2)});
+    programme halves;
+    for (std::size_t first = 0; first < start.size(); first += segment_frames / 2) {
+        const auto begin = start.begin() + static_cast<std::ptrdiff_t>(first);
+        halves.push_back({mono_8k, {begin, begin + segment_frames / 2}});
+    }
+    const auto rest =
+        joined({std::vector<double>(segment_frames / 2, loud), segments_of(4, quiet), segments_of(3, loud)});
+    for (const std::size_t taken : {0U, 1U}) {
+        const auto effect = make_with({500, -60, false});
+        std::vector<double> out;
+        for (const stretch& block : run_list(*effect, halves)) {
+            out.insert(out.end(), block.samples.begin(), block.samples.end());
+        }
+        strict_list list;
+        list.refuse_after(taken);
+        EXPECT_THROW(effect->run(&list, nullptr, end_of_playback), std::bad_alloc) << taken;
+        EXPECT_EQ(list.get_count(), 0U) << taken;
+        EXPECT_EQ(bits_of(joined({out, play_back(*effect, rest)})), bits_of(joined({start, rest}))) << taken;
     }
 }
 
@@ -465,7 +542,7 @@ private:
     std::size_t flushed_frames_ = 0;
 };
 
-TEST(SkipSilence, DoesWhatTheSlowModelDoesBlockForBlock) {
+TEST_F(SkipSilence, DoesWhatTheSlowModelDoesBlockForBlock) {
     const skipper_settings table[] = {
         {200, -60, true},  {200, -60, false}, {300, -60, true}, {500, -60, false}, {500, -60, true}, {1000, -60, false},
         {1500, -60, true}, {40, -60, false},  {150, -60, true}, {150, -60, false}, {700, -2, false}, {300, -200, true},
@@ -484,7 +561,7 @@ TEST(SkipSilence, DoesWhatTheSlowModelDoesBlockForBlock) {
     }
 }
 
-TEST(SkipSilence, WhereTheBlocksEndDecidesWhereASilenceIsCut) {
+TEST_F(SkipSilence, WhereTheBlocksEndDecidesWhereASilenceIsCut) {
     // Loud audio behind silence in one large block is released as far as the minimum asks, and its rest leads the queue
     // when playback ends: the silence behind it is then not known to be one.
     const auto whole = joined({segments_of(1, quiet), segments_of(6, loud), segments_of(4, quiet)});

@@ -1,6 +1,7 @@
 #include "tests/support/strict_block.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <new>
 #include <stdexcept>
@@ -11,6 +12,12 @@ strict_block::strict_block(std::span<const double> samples, const block_format& 
     : frames_(format.channels == 0 ? 0 : samples.size() / format.channels), format_(format) {
     reallocate(samples.size());
     std::copy(samples.begin(), samples.end(), first_);
+}
+
+strict_block::strict_block(std::size_t capacity_samples) {
+    if (capacity_samples != 0) {
+        reallocate(capacity_samples);
+    }
 }
 
 const double* strict_block::get_data_ro() {
@@ -24,6 +31,7 @@ double* strict_block::get_data() {
 
 void strict_block::set_data_size(std::size_t samples) {
     ++changes_;
+    ++resizes_;
     if (samples <= capacity_) {
         return;
     }
@@ -79,13 +87,22 @@ void strict_list::remove_all() {
     throw std::logic_error("an effect never clears the list");
 }
 
-velmora::sample_block* strict_list::insert_item(std::size_t index, std::size_t) {
+velmora::sample_block* strict_list::insert_item(std::size_t index, std::size_t samples_hint) {
     if (index > blocks_.size()) {
         throw std::out_of_range("insert_item behind the end");
     }
-    // The hint is no promise: the new block has no room at all.
+    if (insertions_left_ == 0) {
+        throw std::bad_alloc();
+    }
+    --insertions_left_;
     const auto place = blocks_.begin() + static_cast<std::ptrdiff_t>(index);
-    return blocks_.insert(place, std::make_unique<strict_block>())->get();
+    return blocks_.insert(place, std::make_unique<strict_block>(next_capacity(samples_hint)))->get();
+}
+
+std::size_t strict_list::next_capacity(std::size_t samples_hint) {
+    const std::size_t capacities[] = {0, std::max<std::size_t>(samples_hint, 1) - 1, samples_hint,
+                                      2 * samples_hint + 64};
+    return capacities[insertions_++ % std::size(capacities)];
 }
 
 strict_block& strict_list::append(std::span<const double> samples, const block_format& format) {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <limits>
 #include <memory>
 #include <span>
 #include <vector>
@@ -21,10 +22,11 @@ struct block_format {
 };
 
 /// Moves its samples at every growth, fills new room with what is not a number, and lies at an odd multiple of eight
-/// bytes. It can refuse to grow, or claim more than it has.
+/// bytes. It can refuse to grow, or claim more than it has. A block made with room only has no format and no frames.
 class strict_block final : public velmora::sample_block {
 public:
     strict_block() = default;
+    explicit strict_block(std::size_t capacity_samples);
     strict_block(std::span<const double> samples, const block_format& format);
     strict_block(const strict_block&) = delete;
     strict_block& operator=(const strict_block&) = delete;
@@ -58,6 +60,9 @@ public:
     /// Calls that changed anything, since the block was made.
     int changes() const noexcept { return changes_; }
 
+    /// Calls of `set_data_size`, since the block was made.
+    int resizes() const noexcept { return resizes_; }
+
 private:
     void reallocate(std::size_t samples);
 
@@ -68,9 +73,11 @@ private:
     block_format format_{};
     bool refuses_growth_ = false;
     int changes_ = 0;
+    int resizes_ = 0;
 };
 
-/// Frees a removed block at once and says when an index is out of range.
+/// Frees a removed block at once and says when an index is out of range. The hint is no promise: the blocks that it
+/// inserts have in turn no room at all, room for a sample less than that, exactly that, and plenty.
 class strict_list final : public velmora::block_list {
 public:
     std::size_t get_count() override { return blocks_.size(); }
@@ -84,7 +91,17 @@ public:
 
     strict_block& at(std::size_t index) { return *blocks_.at(index); }
 
+    /// Inserts so many blocks more; then `insert_item` throws std::bad_alloc.
+    void refuse_after(std::size_t insertions) noexcept { insertions_left_ = insertions; }
+    void refuse_no_more() noexcept { insertions_left_ = unlimited; }
+
 private:
+    std::size_t next_capacity(std::size_t samples_hint);
+
+    static constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
+
+    std::size_t insertions_ = 0;
+    std::size_t insertions_left_ = unlimited;
     std::vector<std::unique_ptr<strict_block>> blocks_;
 };
 
