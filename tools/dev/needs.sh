@@ -10,9 +10,11 @@ declare -A packages_of=(
     [test]="python3-pytest python3-numpy binutils ffmpeg sox"
     [format]="clang-format git python3"
     [lint]="clang-tidy"
-    [bench]="libbenchmark-dev libavfilter-dev"
+    [bench]="libbenchmark-dev libavfilter-dev libswresample-dev libsamplerate0-dev libsoxr-dev libspeexdsp-dev
+        libzita-resampler-dev"
     [run]="extremetuxracer-data"
     [pictures]="imagemagick xdotool"
+    [plots]="python3-matplotlib python3-numpy python3-pil"
 )
 
 # The programs that show, on a system without these packages, that the need is met.
@@ -26,6 +28,7 @@ declare -A programs_of=(
     [bench]=""
     [run]=""
     [pictures]="import convert xdotool"
+    [plots]=""
 )
 
 is_root() {
