@@ -1,128 +1,17 @@
 #include "effects/resampler_sinc/sinc_kernel_core.h"
 
-#include "effects/float_four_core.h"
+#include "effects/resampler_sinc/sinc_convolution_core.h"
 
-#include <array>
-#include <type_traits>
-
-// The innermost functions are declared inline for the compiler's sake: it then builds each kernel as one loop with all
-// of its values in registers.
+#include <algorithm>
 
 namespace kelvane {
 
 namespace {
 
-/// A count that the compiler knows. Where it does not, the kernels take a std::size_t in its place.
-template <std::size_t Value>
-using constant = std::integral_constant<std::size_t, Value>;
+/// From this length on it pays to share the history between output frames.
+constexpr std::size_t long_taps = 128;
 
-/// The fixed point of time, and the table whose rows it names.
-template <class Taps>
-struct sinc_clock {
-    sinc_clock(const sinc_filter& filter, Taps filter_taps) noexcept
-        : taps(filter_taps), table(filter.table), subphase_bits(filter.subphase_bits),
-          frame_bits(filter.phase_bits + filter.subphase_bits), phase_mask((1U << filter.phase_bits) - 1),
-          subphase_mask((1U << filter.subphase_bits) - 1),
-          subphase_scale(1.0F / static_cast<float>(subphase_mask + 1)) {}
-
-    std::uint64_t frame(std::uint64_t time) const noexcept { return time >> frame_bits; }
-    std::uint64_t phase(std::uint64_t time) const noexcept { return (time >> subphase_bits) & phase_mask; }
-
-    /// How far the time lies between its phase and the next.
-    float fraction(std::uint64_t time) const noexcept {
-        return static_cast<float>(static_cast<std::int32_t>(time & subphase_mask)) * subphase_scale;
-    }
-
-    Taps taps;
-    const float* table;
-    std::uint32_t subphase_bits;
-    std::uint32_t frame_bits;
-    std::uint32_t phase_mask;
-    std::uint32_t subphase_mask;
-    float subphase_scale;
-};
-
-/// The coefficients of one output frame: those of its phase.
-class plain_row {
-public:
-    template <class Taps>
-    plain_row(const sinc_clock<Taps>& clock, std::uint64_t time) noexcept
-        : coefficients_(clock.table + clock.phase(time) * clock.taps) {}
-
-    float_four at(std::size_t tap) const noexcept { return load_four_aligned(coefficients_ + tap); }
-
-private:
-    const float* coefficients_;
-};
-
-/// Those on the straight line from its phase to the next.
-class interpolated_row {
-public:
-    template <class Taps>
-    interpolated_row(const sinc_clock<Taps>& clock, std::uint64_t time) noexcept
-        : coefficients_(clock.table + clock.phase(time) * 2 * clock.taps), deltas_(coefficients_ + clock.taps),
-          fraction_(all_four(clock.fraction(time))) {}
-
-    float_four at(std::size_t tap) const noexcept {
-        return load_four_aligned(coefficients_ + tap) + fraction_ * load_four_aligned(deltas_ + tap);
-    }
-
-private:
-    const float* coefficients_;
-    const float* deltas_;
-    float_four fraction_;
-};
-
-/// (s0 + s2) + (s1 + s3) of two channels, in the first two lanes.
-inline float_four add_up(float_four first, float_four second) noexcept {
-    const float_four halves = interleave_low(first, second) + interleave_high(first, second);
-    return halves + high_halves(halves, halves);
-}
-
-template <std::size_t Channels>
-inline void store_sums(const std::array<float_four, Channels>& sums, double* out) noexcept {
-    for (std::size_t channel = 0; channel + 1 < Channels; channel += 2) {
-        store_low_doubles(out + channel, add_up(sums[channel], sums[channel + 1]));
-    }
-    if constexpr (Channels % 2 == 1) {
-        store_first_double(out + Channels - 1, add_up(sums.back(), sums.back()));
-    }
-}
-
-/// Some neighbouring channels of one output frame: each coefficient is made once for all of them.
-template <std::size_t Channels, class Row, class Taps>
-inline void convolve(const Row& row, const float* window, std::size_t channel_floats, Taps taps, double* out) noexcept {
-    std::array<float_four, Channels> sums{};
-    for (std::size_t tap = 0; tap < taps; tap += 4) {
-        const float_four coefficients = row.at(tap);
-        for (std::size_t channel = 0; channel < Channels; ++channel) {
-            const float_four history = load_four(window + channel * channel_floats + tap);
-            sums[channel] = sums[channel] + history * coefficients;
-        }
-    }
-    store_sums(sums, out);
-}
-
-/// Calls `make(first channel, constant<channels>())` for groups of up to four channels: the sums of more would not find
-/// room in the registers.
-template <class Channels, class Make>
-inline void for_channel_groups(Channels channels, const Make& make) noexcept {
-    std::size_t first = 0;
-    for (; channels - first >= 4; first += 4) {
-        make(first, constant<4>());
-    }
-    switch (channels - first) {
-    case 1:
-        return make(first, constant<1>());
-    case 2:
-        return make(first, constant<2>());
-    case 3:
-        return make(first, constant<3>());
-    default:
-        return;
-    }
-}
-
+/// One frame after the other.
 template <class Row, class Channels, class Taps>
 void run_frames(const sinc_filter& filter, sinc_run run, Channels channels, Taps taps, double* out) noexcept {
     const sinc_clock<Taps> clock(filter, taps);
@@ -137,18 +26,124 @@ void run_frames(const sinc_filter& filter, sinc_run run, Channels channels, Taps
     }
 }
 
-/// A kernel for known counts; a count of 0 is read from the run.
-template <class Row, std::size_t Channels, std::size_t Taps>
-void run_kernel(const sinc_filter& filter, const sinc_run& run, double* out) noexcept {
-    const auto known_or = [](auto known, std::size_t otherwise) {
-        if constexpr (known() == 0) {
-            return otherwise;
-        } else {
-            return known;
+struct planned_frame {
+    std::uint64_t time;
+    double* out;
+};
+
+/// The next output frames, in four lists by where their windows begin, counted modulo 4: neighbours of a list mostly
+/// begin 4 input frames apart.
+class frame_plan {
+public:
+    static constexpr std::size_t most_frames = 192;
+
+    void clear() noexcept { counts_ = {}; }
+    void add(std::uint64_t input_frame, const planned_frame& frame) noexcept {
+        const std::size_t list = input_frame % 4;
+        lists_[list][counts_[list]++] = frame;
+    }
+    std::span<const planned_frame> list(std::size_t index) const noexcept {
+        return {lists_[index].data(), counts_[index]};
+    }
+
+private:
+    std::array<std::array<planned_frame, most_frames>, 4> lists_;
+    std::array<std::size_t, 4> counts_{};
+};
+
+/// Makes planned frames of a long filter, three at a time where their windows allow it.
+template <class Row, class Channels>
+class shared_maker {
+public:
+    shared_maker(const sinc_filter& filter, const sinc_run& run, Channels channels) noexcept
+        : clock_(filter, filter.taps), run_(run), channels_(channels) {}
+
+    void make(frame_plan& plan, std::size_t frames, double* out) noexcept {
+        plan.clear();
+        for (std::size_t left = frames; left > 0; --left) {
+            plan.add(clock_.frame(run_.time), {run_.time, out});
+            run_.time += run_.step;
+            out += channels_;
         }
-    };
-    run_frames<Row>(filter, run, known_or(constant<Channels>(), run.channels), known_or(constant<Taps>(), filter.taps),
-                    out);
+        for (std::size_t index = 0; index < 4; ++index) {
+            make_all(plan.list(index));
+        }
+    }
+
+private:
+    void make_all(std::span<const planned_frame> list) const noexcept {
+        while (!list.empty()) {
+            const bool is_shared = list.size() >= 3 && begin_apart(list[0], list[1]) && begin_apart(list[1], list[2]);
+            if (is_shared) {
+                make_three(list.first<3>());
+            } else {
+                make_one(list[0]);
+            }
+            list = list.subspan(is_shared ? 3 : 1);
+        }
+    }
+    bool begin_apart(const planned_frame& earlier, const planned_frame& later) const noexcept {
+        return clock_.frame(later.time) - clock_.frame(earlier.time) == 4;
+    }
+    const float* window(const planned_frame& frame) const noexcept { return run_.windows - clock_.frame(frame.time); }
+
+    void make_one(const planned_frame& frame) const noexcept {
+        const Row row(clock_, frame.time);
+        for_channel_groups(channels_, [&](std::size_t first, auto count) {
+            convolve<count()>(row, window(frame) + first * run_.channel_floats, run_.channel_floats, clock_.taps,
+                              frame.out + first);
+        });
+    }
+    void make_three(std::span<const planned_frame, 3> frames) const noexcept {
+        const std::array<Row, 3> rows{Row(clock_, frames[0].time), Row(clock_, frames[1].time),
+                                      Row(clock_, frames[2].time)};
+        for_channel_groups(channels_, [&](std::size_t first, auto count) {
+            convolve_three<count()>(rows, window(frames[2]) + first * run_.channel_floats, run_.channel_floats,
+                                    clock_.taps, {frames[0].out + first, frames[1].out + first, frames[2].out + first});
+        });
+    }
+
+    sinc_clock<std::size_t> clock_;
+    sinc_run run_;
+    Channels channels_;
+};
+
+template <class Row, class Channels>
+void run_shared(const sinc_filter& filter, const sinc_run& run, Channels channels, double* out) noexcept {
+    shared_maker<Row, Channels> maker(filter, run, channels);
+    frame_plan plan;
+    for (std::size_t done = 0; done < run.frames; done += frame_plan::most_frames) {
+        maker.make(plan, std::min(run.frames - done, frame_plan::most_frames), out + done * channels);
+    }
+}
+
+/// Where output frames lie closer together than that, few windows begin 4 frames apart.
+bool are_windows_apart(const sinc_filter& filter, const sinc_run& run) noexcept {
+    return run.step >= (std::uint64_t{3} << (filter.phase_bits + filter.subphase_bits)) / 4;
+}
+
+/// The count that the compiler knows; 0 stands for one that it does not.
+template <std::size_t Known>
+constexpr auto known_or(std::size_t otherwise) noexcept {
+    if constexpr (Known == 0) {
+        return otherwise;
+    } else {
+        return constant<Known>();
+    }
+}
+
+template <class Row, std::size_t Channels, std::size_t Taps>
+void run_short_kernel(const sinc_filter& filter, const sinc_run& run, double* out) noexcept {
+    run_frames<Row>(filter, run, known_or<Channels>(run.channels), known_or<Taps>(filter.taps), out);
+}
+
+template <class Row, std::size_t Channels>
+void run_long_kernel(const sinc_filter& filter, const sinc_run& run, double* out) noexcept {
+    if (are_windows_apart(filter, run)) {
+        run_shared<Row>(filter, run, known_or<Channels>(run.channels), out);
+    } else {
+        run_short_kernel<Row, Channels, 0>(filter, run, out);
+    }
 }
 
 /// The filters of the lower levels when converting upwards are so short that it pays to unroll them.
@@ -156,13 +151,13 @@ template <class Row, std::size_t Channels>
 sinc_kernel pick(std::uint32_t taps) noexcept {
     switch (taps) {
     case 4:
-        return run_kernel<Row, Channels, 4>;
+        return run_short_kernel<Row, Channels, 4>;
     case 8:
-        return run_kernel<Row, Channels, 8>;
+        return run_short_kernel<Row, Channels, 8>;
     case 16:
-        return run_kernel<Row, Channels, 16>;
+        return run_short_kernel<Row, Channels, 16>;
     default:
-        return run_kernel<Row, Channels, 0>;
+        return taps < long_taps ? run_short_kernel<Row, Channels, 0> : run_long_kernel<Row, Channels>;
     }
 }
 
