@@ -11,9 +11,8 @@ namespace {
 /// From this length on it pays to share the history between output frames.
 constexpr std::size_t long_taps = 128;
 
-/// One frame after the other.
 template <class Row, class Channels, class Taps>
-void run_frames(const sinc_filter& filter, sinc_run run, Channels channels, Taps taps, double* out) noexcept {
+void run_one_by_one(const sinc_filter& filter, sinc_run run, Channels channels, Taps taps, double* out) noexcept {
     const sinc_clock<Taps> clock(filter, taps);
     for (; run.frames > 0; --run.frames) {
         const Row row(clock, run.time);
@@ -53,9 +52,9 @@ private:
 
 /// Makes planned frames of a long filter, three at a time where their windows allow it.
 template <class Row, class Channels>
-class shared_maker {
+class sharing_maker {
 public:
-    shared_maker(const sinc_filter& filter, const sinc_run& run, Channels channels) noexcept
+    sharing_maker(const sinc_filter& filter, const sinc_run& run, Channels channels) noexcept
         : clock_(filter, filter.taps), run_(run), channels_(channels) {}
 
     void make(frame_plan& plan, std::size_t frames, double* out) noexcept {
@@ -109,8 +108,8 @@ private:
 };
 
 template <class Row, class Channels>
-void run_shared(const sinc_filter& filter, const sinc_run& run, Channels channels, double* out) noexcept {
-    shared_maker<Row, Channels> maker(filter, run, channels);
+void run_sharing(const sinc_filter& filter, const sinc_run& run, Channels channels, double* out) noexcept {
+    sharing_maker<Row, Channels> maker(filter, run, channels);
     frame_plan plan;
     for (std::size_t done = 0; done < run.frames; done += frame_plan::most_frames) {
         maker.make(plan, std::min(run.frames - done, frame_plan::most_frames), out + done * channels);
@@ -133,16 +132,16 @@ constexpr auto known_or(std::size_t otherwise) noexcept {
 }
 
 template <class Row, std::size_t Channels, std::size_t Taps>
-void run_short_kernel(const sinc_filter& filter, const sinc_run& run, double* out) noexcept {
-    run_frames<Row>(filter, run, known_or<Channels>(run.channels), known_or<Taps>(filter.taps), out);
+void one_by_one_kernel(const sinc_filter& filter, const sinc_run& run, double* out) noexcept {
+    run_one_by_one<Row>(filter, run, known_or<Channels>(run.channels), known_or<Taps>(filter.taps), out);
 }
 
 template <class Row, std::size_t Channels>
-void run_long_kernel(const sinc_filter& filter, const sinc_run& run, double* out) noexcept {
+void sharing_kernel(const sinc_filter& filter, const sinc_run& run, double* out) noexcept {
     if (are_windows_apart(filter, run)) {
-        run_shared<Row>(filter, run, known_or<Channels>(run.channels), out);
+        run_sharing<Row>(filter, run, known_or<Channels>(run.channels), out);
     } else {
-        run_short_kernel<Row, Channels, 0>(filter, run, out);
+        one_by_one_kernel<Row, Channels, 0>(filter, run, out);
     }
 }
 
@@ -151,13 +150,13 @@ template <class Row, std::size_t Channels>
 sinc_kernel pick(std::uint32_t taps) noexcept {
     switch (taps) {
     case 4:
-        return run_short_kernel<Row, Channels, 4>;
+        return one_by_one_kernel<Row, Channels, 4>;
     case 8:
-        return run_short_kernel<Row, Channels, 8>;
+        return one_by_one_kernel<Row, Channels, 8>;
     case 16:
-        return run_short_kernel<Row, Channels, 16>;
+        return one_by_one_kernel<Row, Channels, 16>;
     default:
-        return taps < long_taps ? run_short_kernel<Row, Channels, 0> : run_long_kernel<Row, Channels>;
+        return taps < long_taps ? one_by_one_kernel<Row, Channels, 0> : sharing_kernel<Row, Channels>;
     }
 }
 

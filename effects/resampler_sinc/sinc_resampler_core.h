@@ -14,8 +14,8 @@ namespace kelvane {
 ///
 /// The first output frames of a new converter, as many as its filter has sidelobes on one side, are never given out;
 /// what is left of the filter's delay of taps ÷ 2 input frames is the caller's to deal with. The step in time from one
-/// output frame to the next is rounded to fixed point, so the ratio of the rates is met within 2^-24 or so of itself.
-/// Output does not depend on how the input is cut into calls.
+/// output frame to the next is rounded to fixed point of 22 or 24 bits, so that the output drifts against the exact
+/// ratio of the rates, by a few frames an hour. It does not depend on how the input is cut into calls.
 ///
 /// The method, a tabulated windowed sinc with straight lines between the places of the table, is that of J. O. Smith
 /// and P. Gossett, "A flexible sampling-rate conversion method", IEEE Conference on Acoustics, Speech and Signal
