@@ -17,8 +17,8 @@ public:
 
     void load(std::span<const double> interleaved) override {
         in_.assign(interleaved.begin(), interleaved.end());
-        const auto frames = static_cast<double>(in_.size() / channels_);
-        out_.resize(static_cast<std::size_t>(2.0 * core_->ratio() * frames + 1.0) * channels_);
+        const std::size_t frames = in_.size() / channels_;
+        out_.resize(static_cast<std::size_t>(2.0 * core_->ratio() * static_cast<double>(frames) + 1.0) * channels_);
     }
     std::size_t run() override { return frames_ = core_->process(in_, out_); }
     std::vector<double> output() const override {

@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -57,13 +58,13 @@ void measure_all(const std::filesystem::path& folder) {
 
 int main(int count, char** arguments) {
     if (count != 2) {
-        fmt::print(stderr, "usage: kelvane-converters-quality FOLDER\n");
+        std::fputs("usage: kelvane-converters-quality FOLDER\n", stderr);
         return 2;
     }
     try {
         measure_all(arguments[1]);
     } catch (const std::exception& error) {
-        fmt::print(stderr, "kelvane-converters-quality: {}\n", error.what());
+        std::fprintf(stderr, "kelvane-converters-quality: %s\n", error.what());
         return 1;
     }
     return 0;

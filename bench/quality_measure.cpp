@@ -75,7 +75,7 @@ converter_quality measure_quality(const converter_kind& kind) {
 std::vector<double> convert_sweep(const converter_kind& kind, const conversion& rates, double seconds) {
     std::vector<double> sweep(static_cast<std::size_t>(seconds * rates.input_hz));
     for (std::size_t i = 0; i < sweep.size(); ++i) {
-        const double frames = static_cast<double>(i);
+        const auto frames = static_cast<double>(i);
         const double half_cycles = 0.5 * frames * frames / static_cast<double>(sweep.size());
         sweep[i] = tone_amplitude * std::sin(std::numbers::pi * half_cycles);
     }

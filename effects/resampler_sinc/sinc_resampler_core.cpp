@@ -1,6 +1,7 @@
 #include "effects/resampler_sinc/sinc_resampler_core.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace kelvane {
 
@@ -27,6 +28,10 @@ double exact_step(const sinc_quality& quality, double ratio) noexcept {
     return static_cast<double>(one_frame(quality.phase_bits, quality.subphase_bits)) / ratio;
 }
 
+std::uint64_t rounded_step(const sinc_quality& quality, double ratio) noexcept {
+    return static_cast<std::uint64_t>(std::floor(exact_step(quality, ratio) + 0.5));
+}
+
 } // namespace
 
 bool sinc_resampler::is_feasible(std::uint32_t input_hz, std::uint32_t output_hz, std::uint32_t quality) noexcept {
@@ -35,8 +40,8 @@ bool sinc_resampler::is_feasible(std::uint32_t input_hz, std::uint32_t output_hz
     }
     const sinc_quality& level = sinc_quality_at(quality);
     const double ratio = ratio_of(input_hz, output_hz);
-    const double step = exact_step(level, ratio);
-    return needed_sinc_taps(level, ratio) < taps_limit && step < step_limit && step + 0.5 >= 1.0;
+    return needed_sinc_taps(level, ratio) < taps_limit && exact_step(level, ratio) < step_limit &&
+           rounded_step(level, ratio) > 0;
 }
 
 std::unique_ptr<sinc_resampler> sinc_resampler::create(std::uint32_t input_hz, std::uint32_t output_hz,
@@ -66,11 +71,9 @@ sinc_resampler::aligned_floats sinc_resampler::allocate(std::size_t floats) noex
 sinc_resampler::sinc_resampler(const sinc_quality& quality, const sinc_design& design, double ratio,
                                std::uint32_t channels, aligned_floats memory) noexcept
     : ratio_(ratio), channels_(channels), memory_(std::move(memory)), histories_(memory_.get() + design.table_floats()),
-      history_floats_(design.taps + chunk_frames), newest_(chunk_frames), ring_place_(0),
-      first_skip_(quality.sidelobes), skip_(quality.sidelobes),
-      step_(static_cast<std::uint64_t>(exact_step(quality, ratio) + 0.5)), filter_{memory_.get(), design.taps,
-                                                                                   quality.phase_bits,
-                                                                                   quality.subphase_bits},
+      history_floats_(design.taps + chunk_frames), newest_(chunk_frames), first_skip_(quality.sidelobes),
+      skip_(quality.sidelobes), step_(rounded_step(quality, ratio)), filter_{memory_.get(), design.taps,
+                                                                             quality.phase_bits, quality.subphase_bits},
       kernel_(pick_sinc_kernel(design.window, design.taps, channels)) {}
 
 std::size_t sinc_resampler::process(std::span<const double> in, std::span<double> out) noexcept {

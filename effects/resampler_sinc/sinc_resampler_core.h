@@ -67,12 +67,12 @@ private:
     aligned_floats memory_; ///< the table, and a history for each channel
     float* histories_;      ///< newest frame first
     std::size_t history_floats_;
-    std::size_t newest_;       ///< place of the newest frame in each history; new ones go before it
-    std::uint32_t ring_place_; ///< of the newest frame in a ring of `taps` places that is filled backwards
-    std::uint32_t first_skip_; ///< output frames
-    std::uint32_t skip_;       ///< output frames that are still to be withheld
-    std::uint64_t step_;       ///< from one output frame to the next, in fixed-point input frames
-    std::uint64_t time_ = 0;   ///< of the next output frame, counted from the newest frame, which has 0
+    std::size_t newest_;           ///< place of the newest frame in each history; new ones go before it
+    std::uint32_t ring_place_ = 0; ///< of the newest frame in a ring of `taps` places that is filled backwards
+    std::uint32_t first_skip_;     ///< output frames
+    std::uint32_t skip_;           ///< output frames that are still to be withheld
+    std::uint64_t step_;           ///< from one output frame to the next, in fixed-point input frames
+    std::uint64_t time_ = 0;       ///< of the next output frame, counted from the newest frame, which has 0
     sinc_filter filter_;
     sinc_kernel kernel_;
 };

@@ -46,7 +46,7 @@ private:
 class kaiser_filter {
 public:
     explicit kaiser_filter(const sinc_design& design) noexcept
-        : cutoff_(design.cutoff), half_taps_(design.taps / 2), beta_(design.kaiser_beta),
+        : cutoff_(design.cutoff), half_taps_(design.taps / 2.0), beta_(design.kaiser_beta),
           norm_(bessel_i0(static_cast<double>(design.kaiser_beta))) {}
 
     float operator()(double x) const noexcept {

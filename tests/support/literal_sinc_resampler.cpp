@@ -85,7 +85,7 @@ float literal_sinc_table::value(std::uint32_t phase, std::uint32_t tap) const {
     const float s = std::sqrt(square);
     const float argument = row.beta * s;
     const double window = bessel_i0(static_cast<double>(argument));
-    return static_cast<float>(cutoff_ * sinc(pi * (taps_ / 2) * x * cutoff_) * window / norm_);
+    return static_cast<float>(cutoff_ * sinc(pi * (taps_ / 2.0) * x * cutoff_) * window / norm_);
 }
 
 float literal_sinc_table::delta(std::uint32_t phase, std::uint32_t tap) const {
@@ -109,7 +109,7 @@ literal_sinc_resampler::literal_sinc_resampler(std::uint32_t input_hz, std::uint
       total_(std::uint64_t{1} << (level_at(quality).phase_bits + level_at(quality).subphase_bits)),
       skip_(level_at(quality).sidelobes), rings_(channels, std::vector<float>(2 * std::size_t{table_->taps()})) {
     const double ratio = static_cast<double>(output_hz) / input_hz;
-    step_ = static_cast<std::uint64_t>(static_cast<double>(total_) / ratio + 0.5);
+    step_ = static_cast<std::uint64_t>(std::floor(static_cast<double>(total_) / ratio + 0.5));
 }
 
 std::vector<double> literal_sinc_resampler::process(const std::vector<double>& interleaved) {
