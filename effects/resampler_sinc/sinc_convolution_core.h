@@ -134,23 +134,15 @@ inline void convolve_three(const std::array<Row, 3>& rows, const float* window, 
     }
 }
 
-/// Calls `make(first channel, constant<channels>())` for groups of up to four channels: the sums of more would not find
-/// room in the registers.
-template <class Channels, class Make>
-inline void for_channel_groups(Channels channels, const Make& make) noexcept {
-    std::size_t first = 0;
-    for (; channels - first >= 4; first += 4) {
-        make(first, constant<4>());
+/// Calls `make(first channel, constant<channels>())` for groups of `Most` channels and, for what is left from `first`
+/// on, smaller ones.
+template <std::size_t Most, class Channels, class Make>
+inline void for_channel_groups(Channels channels, const Make& make, std::size_t first = 0) noexcept {
+    for (; channels - first >= Most; first += Most) {
+        make(first, constant<Most>());
     }
-    switch (channels - first) {
-    case 1:
-        return make(first, constant<1>());
-    case 2:
-        return make(first, constant<2>());
-    case 3:
-        return make(first, constant<3>());
-    default:
-        return;
+    if constexpr (Most > 1) {
+        for_channel_groups<Most - 1>(channels, make, first);
     }
 }
 

@@ -8,6 +8,11 @@ namespace kelvane {
 
 namespace {
 
+/// Channels that are made together: the sums of more would not find room in the registers.
+constexpr std::size_t most_channels = 4;
+/// The same where three frames are made together.
+constexpr std::size_t shared_channels = 2;
+
 /// From this length on it pays to share the history between output frames.
 constexpr std::size_t long_taps = 128;
 
@@ -17,7 +22,7 @@ void run_one_by_one(const sinc_filter& filter, sinc_run run, Channels channels, 
     for (; run.frames > 0; --run.frames) {
         const Row row(clock, run.time);
         const float* const window = run.windows - clock.frame(run.time);
-        for_channel_groups(channels, [&](std::size_t first, auto count) {
+        for_channel_groups<most_channels>(channels, [&](std::size_t first, auto count) {
             convolve<count()>(row, window + first * run.channel_floats, run.channel_floats, taps, out + first);
         });
         run.time += run.step;
@@ -88,7 +93,7 @@ private:
 
     void make_one(const planned_frame& frame) const noexcept {
         const Row row(clock_, frame.time);
-        for_channel_groups(channels_, [&](std::size_t first, auto count) {
+        for_channel_groups<most_channels>(channels_, [&](std::size_t first, auto count) {
             convolve<count()>(row, window(frame) + first * run_.channel_floats, run_.channel_floats, clock_.taps,
                               frame.out + first);
         });
@@ -96,7 +101,7 @@ private:
     void make_three(std::span<const planned_frame, 3> frames) const noexcept {
         const std::array<Row, 3> rows{Row(clock_, frames[0].time), Row(clock_, frames[1].time),
                                       Row(clock_, frames[2].time)};
-        for_channel_groups(channels_, [&](std::size_t first, auto count) {
+        for_channel_groups<shared_channels>(channels_, [&](std::size_t first, auto count) {
             convolve_three<count()>(rows, window(frames[2]) + first * run_.channel_floats, run_.channel_floats,
                                     clock_.taps, {frames[0].out + first, frames[1].out + first, frames[2].out + first});
         });
