@@ -10,10 +10,11 @@ declare -A packages_of=(
     [test]="python3-pytest python3-numpy binutils ffmpeg sox libfftw3-dev"
     [format]="clang-format git python3"
     [lint]="clang-tidy"
-    [bench]="libbenchmark-dev libavfilter-dev libfftw3-dev libsoxr-dev"
+    [bench]="libbenchmark-dev libavfilter-dev libswresample-dev libsamplerate0-dev libsoxr-dev libspeexdsp-dev
+        libzita-resampler-dev libfftw3-dev"
     [run]="extremetuxracer-data"
     [pictures]="imagemagick xdotool"
-    [drawing]="python3-matplotlib python3-numpy alsa-utils"
+    [drawing]="python3-matplotlib python3-numpy python3-pil alsa-utils"
 )
 
 # The programs that show, on a system without these packages, that the need is met.

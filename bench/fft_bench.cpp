@@ -1,4 +1,4 @@
-// kelvane-converter-bench: speed of the FFT converter and of its transforms beside peers, as ratios within one run.
+// kelvane-fft-bench: speed of the FFT converter and of its transforms beside peers, as ratios within one run.
 //
 // All subjects of a table take turns, and each is given its best time of the processor (not of the clock on the wall):
 // others on the machine then cost both sides alike. What would still make the numbers lie: another process on the same
