@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Draws spectrograms of the sweeps that kelvane-converters-quality leaves: one picture, a row for each level."""
+"""Draws spectrograms of the sweeps that kelvane-sinc-quality leaves: one picture, a row for each level."""
 
 import argparse
 import io
