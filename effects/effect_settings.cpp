@@ -2,6 +2,7 @@
 
 #include "effects/channels/layout_words.h"
 #include "effects/crossfeed/crossfeed_words.h"
+#include "effects/resampler_sinc/sinc_words.h"
 
 #include <algorithm>
 #include <memory>
@@ -15,6 +16,7 @@ const settings_words* find_settings_words(const velmora::guid& effect) {
         made.push_back(layout_converter_words());
         made.push_back(layout_limiter_words());
         made.push_back(crossfeed_words());
+        made.push_back(sinc_words());
         return made;
     }();
     const auto found =
