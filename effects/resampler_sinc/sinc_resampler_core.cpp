@@ -18,11 +18,14 @@ double sinc(double x) noexcept {
 }
 
 double bessel_i0(double x) noexcept {
+    const double quarter_square = x * x / 4.0;
     double sum = 0.0;
-    double term = 1.0;
-    for (int k = 1; k <= 18; ++k) {
-        sum += term;
-        term *= x * x / 4.0 / (static_cast<double>(k) * k);
+    double power = 1.0;
+    double factorial = 1.0;
+    for (int k = 0; k < 18; ++k) {
+        sum += power / (factorial * factorial);
+        power *= quarter_square;
+        factorial *= k + 1;
     }
     return sum;
 }
@@ -36,14 +39,13 @@ double steps_of(const sinc_quality& quality) noexcept {
     return std::ldexp(1.0, static_cast<int>(quality.phase_bits + quality.subphase_bits));
 }
 
-float coefficient(const sinc_quality& quality, double cutoff, double taps, double place) noexcept {
+float coefficient(const sinc_quality& quality, double norm, double cutoff, double taps, double place) noexcept {
     const double x = 2.0 * place - 1.0;
     if (quality.window == sinc_window::lanczos) {
         return static_cast<float>(cutoff * sinc(taps * (pi / 2.0) * x * cutoff) * sinc(pi * x));
     }
     const float root = std::sqrt(static_cast<float>(1.0 - x * x));
     const double window = bessel_i0(static_cast<double>(quality.kaiser_beta * root));
-    const double norm = bessel_i0(static_cast<double>(quality.kaiser_beta));
     return static_cast<float>(cutoff * sinc(pi * (taps / 2.0) * x * cutoff) * window / norm);
 }
 
@@ -76,11 +78,12 @@ sinc_resampler::sinc_resampler(const sinc_quality& quality, double ratio, std::u
       taps_((static_cast<std::uint32_t>(needed_taps(quality, ratio)) + 3U) / 4U * 4U), skip_(quality.sidelobes) {
     const std::size_t phases = std::size_t{1} << quality.phase_bits;
     const double cutoff = ratio < 1.0 ? quality.cutoff * ratio : quality.cutoff;
+    const double norm = bessel_i0(static_cast<double>(quality.kaiser_beta));
     table_.resize((phases + 1) * taps_); // one row more, for the last deltas
     for (std::size_t phase = 0; phase <= phases; ++phase) {
         for (std::size_t tap = 0; tap < taps_; ++tap) {
             const double place = static_cast<double>(tap * phases + phase) / static_cast<double>(taps_ * phases);
-            table_[phase * taps_ + tap] = coefficient(quality, cutoff, taps_, place);
+            table_[phase * taps_ + tap] = coefficient(quality, norm, cutoff, taps_, place);
         }
     }
     history_.resize(std::size_t{2} * taps_ * channels);
