@@ -29,6 +29,8 @@ struct by_design {
     bool depends_on_blocks = false; ///< where the blocks end shows in the output
     bool changes_length = false;    ///< the number of frames is not kept over a playback
     bool remembers = false;         ///< one sample reaches the output of others
+    bool sets_rates = false;        ///< its payload holds an output rate: any, and so any amount of output
+    bool goes_on = false;           ///< a flush is a seek: what follows differs from a new start
 };
 
 const std::map<std::string, by_design> designs{
@@ -36,6 +38,13 @@ const std::map<std::string, by_design> designs{
     {"layout_converter", {.has_payload = true}},
     {"layout_limiter", {.has_payload = true}},
     {"Meier Crossfeed", {.has_payload = true, .remembers = true}}, // a recursive filter
+    {"Resampler (RetroArch)",
+     {.has_payload = true,
+      .drops_impossible = true,
+      .changes_length = true,
+      .remembers = true,
+      .sets_rates = true,
+      .goes_on = true}},
 };
 
 by_design design_of(const std::string& effect) {
@@ -61,6 +70,16 @@ protected:
     const host::effect_entry& effect() const { return built_effects().find(GetParam()); }
     host::service_ptr<velmora::effect_instance> make() const { return make_effect(GetParam()); }
     by_design design() const { return design_of(GetParam()); }
+
+    /// Plays a little with settings of any kind. Where they set the rate, memory may be too short, and the end of the
+    /// stream is not waited for.
+    void try_out(velmora::effect_instance& instance, std::vector<block_format> formats) {
+        formats.resize(design().sets_rates ? 1 : formats.size());
+        const auto flags = design().sets_rates ? 0 : end_of_playback;
+        const programme played = noise_in(formats, 500, 0.4, random);
+        const std::string said = thrown_text<std::bad_alloc>([&] { play(instance, played, {100, 2}, flags, random); });
+        EXPECT_TRUE(said == "nothing thrown" || (design().sets_rates && said == "bad allocation")) << said;
+    }
 
     programme play_anew(const programme& played, const cutting& cut) {
         return play(*make(), played, cut, end_of_playback, random);
@@ -125,14 +144,13 @@ TEST_P(Conformance, APayloadOfAnySizeIsRefusedOrServes) {
         EXPECT_EQ(is_made, instance != nullptr) << bytes;
         EXPECT_TRUE(design().has_payload || !is_made) << bytes;
         if (instance) {
-            play(*instance, noise_in(common_formats, 500, 0.4, random), {100, 2}, end_of_playback, random);
+            try_out(*instance, common_formats);
         }
     }
 }
 
 TEST_P(Conformance, NoPayloadOfRandomBytesDoesHarm) {
     constexpr std::size_t longest_bytes = 65536;
-    const programme played = noise_in({{44100, 2, 0x3}}, 100, 0.4, random);
     for (int round = 0; round < 300; ++round) {
         const std::size_t longest = round % 3 == 0 ? longest_bytes : 40; // most fields stand at the front
         std::vector<std::uint8_t> payload(pick(random, 0, longest));
@@ -144,7 +162,7 @@ TEST_P(Conformance, NoPayloadOfRandomBytesDoesHarm) {
         const host::service_ptr<velmora::effect_instance> instance(out);
         EXPECT_EQ(said, "nothing thrown") << payload.size();
         if (instance) {
-            play(*instance, played, {100, 1}, end_of_playback, random);
+            try_out(*instance, {{44100, 2, 0x3}});
         }
     }
 }
@@ -371,7 +389,9 @@ TEST_P(Conformance, ABlockThatCannotGrowLeavesAUsableInstance) {
         }
         instance->flush();
         const programme clean = noise_in({format}, 500, 0.4, random);
-        EXPECT_TRUE(are_equal(play(*instance, clean, {500, 1}, end_of_playback, random), play_anew(clean, {500, 1})));
+        const programme out = play(*instance, clean, {500, 1}, end_of_playback, random);
+        EXPECT_EQ(frames_of(out), frames_of(play_anew(clean, {500, 1})));
+        EXPECT_TRUE(design().goes_on || are_equal(out, play_anew(clean, {500, 1})));
     }
 }
 

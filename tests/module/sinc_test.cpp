@@ -208,6 +208,22 @@ TEST(Sinc, AsManyFramesComeOutAsBelongToTheTime) {
     }
 }
 
+TEST(Sinc, AnyRatesAndSpeakersKeepTheLength) {
+    random_source random(1);
+    for (int round = 0; round < 100; ++round) {
+        const auto input_hz = static_cast<std::uint32_t>(pick(random, 1000, 400'000));
+        const auto target_hz = static_cast<std::uint32_t>(pick(random, input_hz / 8, 400'000));
+        const auto quality = static_cast<std::uint32_t>(pick(random, 0, round % 10 == 0 ? 4 : 2));
+        const auto channels = static_cast<std::uint32_t>(pick(random, 1, 9));
+        const std::size_t frames = pick(random, 1, 3000);
+        const programme played = noise_in({{input_hz, channels, 0}}, frames, 0.9, random);
+        const programme out = play(*make_resampler(target_hz, quality), played, {700, 3}, end_of_playback, random);
+        EXPECT_EQ(frames_of(out), expected_frames(frames, input_hz, target_hz))
+            << frames << " frames of " << channels << " channels, " << input_hz << " to " << target_hz << ", quality "
+            << quality;
+    }
+}
+
 TEST(Sinc, NothingIsLostWhereTheWindowIsLongerThanWhatIsHeld) {
     random_source random(1);
     for (const std::size_t frames : {1U, 500U, 1024U, 3000U, 44100U}) {
