@@ -62,8 +62,8 @@ described_field<sinc_settings> quality_field() {
 
 described_field<sinc_settings> exclude_field() {
     return {{.name = "exclude",
-             .unit = "Hz",
-             .range = "rates and ranges such as 44100;88200-96000, or nothing",
+             .unit = "",
+             .range = "rates and ranges in Hz such as 44100;88200-96000, or nothing",
              .meaning = "the input rates that are left alone",
              .takes_rest = true},
             [](const sinc_settings& settings) { return settings.excludes ? settings.exclusions : std::string(); },
