@@ -13,11 +13,14 @@
 #include "effects/crossfeed/crossfeed_effect.h"
 #include "effects/limiters/advanced_limiter.h"
 #include "effects/limiters/hard_limiter.h"
+#include "effects/resampler_sinc/sinc_dialog.h"
+#include "effects/resampler_sinc/sinc_effect.h"
 #include "effects/silence/silence_dialog.h"
 #include "effects/silence/silence_effect.h"
 #include "frame/component_version.h"
 #include "frame/hidden_effect_factory.h"
 #include "frame/plain_effect_factory.h"
+#include "frame/resampler_effect_factory.h"
 #include "frame/service_list.h"
 #include "frame/settings_effect_factory.h"
 
@@ -34,11 +37,15 @@ using plain_effect = service_record<plain_effect_factory<Effect>, velmora::effec
 template <class Effect, auto show_dialog>
 using effect_with_dialog = service_record<settings_effect_factory<Effect, show_dialog>, velmora::effect_factory>;
 
+template <class Effect, auto show_dialog>
+using resampler = service_record<resampler_effect_factory<Effect, show_dialog>, velmora::effect_factory>;
+
 hidden_effect<layout_converter> layout_converter_record;
 hidden_effect<layout_limiter> layout_limiter_record;
 effect_with_dialog<crossfeed_filter, show_crossfeed_dialog> crossfeed_record;
 plain_effect<downmix_to_stereo> downmix_to_stereo_record;
 plain_effect<downmix_to_mono> downmix_to_mono_record;
+resampler<sinc_resampler_effect, show_sinc_dialog> sinc_resampler_record;
 plain_effect<upmix_5_1> upmix_5_1_record;
 plain_effect<upmix_7_1> upmix_7_1_record;
 effect_with_dialog<crossfader_effect, show_crossfader_dialog> crossfader_record;

@@ -1,5 +1,6 @@
 #include "frame/dialog_controls.h"
 
+#include "frame/received_text.h"
 #include "quillet/quillet.h"
 
 #include <commctrl.h>
@@ -7,16 +8,6 @@
 namespace kelvane {
 
 namespace {
-
-/// Takes a text from the host's library.
-class received_text final : public velmora::string_receiver {
-public:
-    void append_text(const char* utf8, std::size_t length) override { text.append(utf8, length); }
-    const char* get_text() override { return text.c_str(); }
-    void set_text(const char* utf8, std::size_t length) override { text.assign(utf8, length); }
-
-    std::string text;
-};
 
 std::string text_of(HWND control) {
     received_text received;
@@ -50,6 +41,18 @@ bool check_box::is_checked() const {
 
 void combo_box::add(const std::string& choice) const {
     uSendMessageText(control_, CB_ADDSTRING, 0, choice.c_str());
+}
+
+void combo_box::limit_text(int letters) const {
+    SendMessageW(control_, CB_LIMITTEXT, static_cast<WPARAM>(letters), 0);
+}
+
+void combo_box::select(int choice) const {
+    SendMessageW(control_, CB_SETCURSEL, static_cast<WPARAM>(choice), 0);
+}
+
+int combo_box::selection() const {
+    return static_cast<int>(SendMessageW(control_, CB_GETCURSEL, 0, 0));
 }
 
 void combo_box::set_text(const std::string& text) const {

@@ -31,12 +31,19 @@ private:
     HWND control_;
 };
 
-/// A list to choose from, with an edit field in which anything may be typed. Texts are UTF-8.
+/// A list to choose from, as a rule with an edit field in which anything may be typed. Texts are UTF-8.
 class combo_box {
 public:
     explicit combo_box(HWND control) noexcept : control_(control) {}
 
     void add(const std::string& choice) const;
+    void limit_text(int letters) const;
+
+    /// The choices count from 0.
+    void select(int choice) const;
+
+    /// -1 when none is selected. When a selection has changed, the text follows only after the notification.
+    int selection() const;
     void set_text(const std::string& text) const;
     std::string text() const;
 

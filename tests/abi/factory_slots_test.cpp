@@ -53,6 +53,7 @@ TEST(FactorySlots, EffectsAreFoundByIdentityAndName) {
         {"{ABA20225-956A-45D9-93D6-9FDC8B9B4633}", "Upmix to 5.1"},
         {"{66131A69-35E4-4323-83B0-0737595D8507}", "Upmix to 7.1"},
         {"{AD158637-3B75-4749-A285-50362DCAF461}", "Crossfader"},
+        {"{421C3E6E-F642-465D-8DBD-DEE5287561D6}", "Resampler (RetroArch)"},
         {"{D487D723-FD8C-4106-9023-5620AEA0A885}", "Meier Crossfeed"},
     };
     for (const auto& [identity, name] : effects) {
@@ -122,7 +123,68 @@ TEST(FactorySlots, AnEffectWithoutADialogDoesNotEdit) {
     EXPECT_GE(seen, 7U);
 }
 
+constexpr auto resampler = "{421C3E6E-F642-465D-8DBD-DEE5287561D6}";
+
+TEST(FactorySlots, AConverterAnswersToItsClassAndToItsBases) {
+    void* const factory = factory_of(resampler);
+    for (const auto asked :
+         {class_id::effect_factory, class_id::effect_factory_with_dialog, class_id::resampler_factory}) {
+        const guid_bytes asked_class = guid(asked);
+        void* out = nullptr;
+        EXPECT_TRUE(call<bool>(factory, service_slot::query, &out, &asked_class)) << asked;
+        EXPECT_EQ(out, factory) << asked;
+    }
+    const guid_bytes resampler_class = guid(class_id::resampler_factory);
+    void* out = nullptr;
+    void* const another = factory_of("{D487D723-FD8C-4106-9023-5620AEA0A885}"); // with a dialog too
+    EXPECT_FALSE(call<bool>(another, service_slot::query, &out, &resampler_class));
+}
+
+TEST(FactorySlots, AConverterTellsWhatItConverts) {
+    struct row {
+        std::uint32_t source_hz;
+        std::uint32_t target_hz;
+        bool expected;
+    };
+    for (const row& line : {row{44100, 48000, true}, row{48000, 8000, true}, row{0, 48000, false}, row{48000, 0, false},
+                            row{384000, 1500, false}}) {
+        EXPECT_EQ(
+            call<bool>(factory_of(resampler), factory_slot::is_conversion_supported, line.source_hz, line.target_hz),
+            line.expected)
+            << line.source_hz << " to " << line.target_hz;
+    }
+}
+
+TEST(FactorySlots, AConverterMakesPresets) {
+    struct row {
+        double quality;
+        std::uint8_t level;
+    };
+    for (const auto& [quality, level] : {row{0.0, 0}, row{0.2, 1}, row{0.5, 2}, row{0.6, 3}, row{1.0, 4}}) {
+        hand_made_preset preset;
+        preset.payload = {1, 2, 3};
+        call<void>(factory_of(resampler), factory_slot::make_preset, &preset, std::uint32_t{96000}, quality);
+        EXPECT_EQ(preset.owner, guid(resampler)) << quality;
+        EXPECT_EQ(preset.payload, (std::vector<std::uint8_t>{0, 0x77, 1, 0, level, 0, 0, 0, 0, 0, 0, 0, 0})) << quality;
+    }
+}
+
 #ifndef _WIN32
+TEST(FactorySlots, ADialogThatIsAskedForSaysWhereThereAreNone) {
+    for (const auto* const identity : {resampler, "{D487D723-FD8C-4106-9023-5620AEA0A885}"}) {
+        void* const factory = factory_of(identity);
+        const hand_made_preset preset = default_preset_of(factory);
+        std::string said;
+        try {
+            call<void>(factory, factory_slot::show_settings_dialog, &preset, static_cast<void*>(nullptr),
+                       static_cast<void*>(nullptr));
+        } catch (const std::exception& failure) {
+            said = failure.what();
+        }
+        EXPECT_EQ(said, "Feature not implemented") << identity;
+    }
+}
+
 TEST(FactorySlots, AnEffectWithADialogSaysWhereThereAreNone) {
     void* const factory = factory_of("{D487D723-FD8C-4106-9023-5620AEA0A885}");
     EXPECT_TRUE(call<bool>(factory, factory_slot::has_settings_dialog));

@@ -32,6 +32,9 @@ inline constexpr std::size_t instantiate = 5;
 inline constexpr std::size_t get_identity = 6;
 inline constexpr std::size_t has_settings_dialog = 7;
 inline constexpr std::size_t edit_settings = 8;
+inline constexpr std::size_t show_settings_dialog = 9;     ///< of effects with a dialog only
+inline constexpr std::size_t is_conversion_supported = 10; ///< of converters only
+inline constexpr std::size_t make_preset = 11;
 } // namespace factory_slot
 
 namespace layout_factory_slot {
@@ -64,6 +67,8 @@ inline constexpr std::size_t is_file_name_expected = 3;
 
 namespace class_id {
 inline constexpr std::string_view effect_factory = "{0D048731-8AA8-4704-8AD6-189E24D48C88}";
+inline constexpr std::string_view effect_factory_with_dialog = "{9EC5D45E-10F5-46A7-9546-F3ACEC68B149}";
+inline constexpr std::string_view resampler_factory = "{5B8E3A54-7C1D-4F0A-9B62-0D7F6C2A91E4}";
 inline constexpr std::string_view layout_effect_factory = "{E3F0C95F-7A0B-48BC-9658-71A469688876}";
 inline constexpr std::string_view effect_instance = "{9FB1DA49-AF6F-4FD2-9C73-48A8A109003B}";
 inline constexpr std::string_view abortable_effect_instance = "{2A42AFEA-940B-455B-AEFF-CFDACAF52AFF}";

@@ -58,6 +58,21 @@ TEST_F(Controls, AComboBoxTakesAChoiceAndAnyOtherText) {
     EXPECT_EQ(box.text(), "48000");
     box.set_text("12345");
     EXPECT_EQ(box.text(), "12345");
+    box.select(0);
+    EXPECT_EQ(box.selection(), 0);
+    EXPECT_EQ(box.text(), "44100");
+    box.select(-1);
+    EXPECT_EQ(box.selection(), -1);
+}
+
+TEST_F(Controls, AComboBoxTakesAsManyLettersAsItMay) {
+    const window made = control(L"COMBOBOX", CBS_DROPDOWN);
+    const combo_box box(made.get());
+    box.limit_text(3);
+    for (const char digit : {'1', '2', '3', '4'}) {
+        SendMessageW(GetWindow(made.get(), GW_CHILD), WM_CHAR, static_cast<WPARAM>(digit), 1);
+    }
+    EXPECT_EQ(box.text(), "123");
 }
 
 TEST_F(Controls, AnEditBoxKeepsItsTextWhileDisabled) {

@@ -40,6 +40,7 @@ const std::vector<service_row> expected_services{
     {effect_class, "{AD158637-3B75-4749-A285-50362DCAF461}", "Crossfader"},
     {effect_class, "{66131A69-35E4-4323-83B0-0737595D8507}", "Upmix to 7.1"},
     {effect_class, "{ABA20225-956A-45D9-93D6-9FDC8B9B4633}", "Upmix to 5.1"},
+    {effect_class, "{421C3E6E-F642-465D-8DBD-DEE5287561D6}", "Resampler (RetroArch)"},
     {effect_class, "{EFC441DD-C7B4-4F34-974A-D3058F3A1BDE}", "Downmix channels to mono"},
     {effect_class, "{866233BB-C466-43E6-AFC4-8B7BE563D912}", "Downmix channels to stereo"},
     {effect_class, "{D487D723-FD8C-4106-9023-5620AEA0A885}", "Meier Crossfeed"},

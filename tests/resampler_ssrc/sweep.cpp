@@ -1,4 +1,4 @@
-// kelvane-converter-sweep: measures the converter at all pairs of the common rates and a long stream. Prints Markdown.
+// kelvane-fft-sweep: measures the converter at all pairs of the common rates and a long stream. Prints Markdown.
 #include "tests/resampler_ssrc/allocations.h"
 #include "tests/resampler_ssrc/measurements.h"
 

@@ -19,6 +19,11 @@ const host::loaded_module& built_module() {
     return module;
 }
 
+void enter_built_module(velmora::host_api* api) {
+    built_module(); // the first to load it, and the last to let it go
+    const host::loaded_module entered(module_file, api);
+}
+
 const host::effect_catalogue& built_effects() {
     static const host::effect_catalogue catalogue(built_module());
     return catalogue;

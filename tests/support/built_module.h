@@ -12,6 +12,9 @@ namespace testing_support {
 /// The module in the current folder.
 const host::loaded_module& built_module();
 
+/// Enters it anew with a host's object, or none; what `built_module` answers stays the same.
+void enter_built_module(velmora::host_api* api);
+
 /// What it offers.
 const host::effect_catalogue& built_effects();
 

@@ -1,0 +1,42 @@
+// Instances of "Resampler (RetroArch)" from presets made by hand.
+#pragma once
+
+#include "tests/support/built_module.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace testing_support {
+
+inline constexpr auto resampler_name = "Resampler (RetroArch)";
+
+/// Target rate, quality, 1 byte whether the exclusions count, and their text behind its length; little-endian.
+inline std::vector<std::uint8_t> sinc_payload(std::uint32_t target_hz, std::uint32_t quality, bool excludes = false,
+                                              const std::string& exclusions = "") {
+    std::vector<std::uint8_t> bytes;
+    const auto put = [&](std::uint32_t number) {
+        for (unsigned shift = 0; shift < 32; shift += 8) {
+            bytes.push_back(static_cast<std::uint8_t>(number >> shift));
+        }
+    };
+    put(target_hz);
+    put(quality);
+    bytes.push_back(excludes ? 1 : 0);
+    put(static_cast<std::uint32_t>(exclusions.size()));
+    bytes.insert(bytes.end(), exclusions.begin(), exclusions.end());
+    return bytes;
+}
+
+inline host::service_ptr<velmora::effect_instance> make_resampler(const std::vector<std::uint8_t>& payload) {
+    const host::effect_entry& effect = built_effects().find(resampler_name);
+    host::preset settings = effect.default_preset;
+    settings.set_data(payload.data(), payload.size());
+    return host::instantiate(effect, settings);
+}
+
+inline host::service_ptr<velmora::effect_instance> make_resampler(std::uint32_t target_hz, std::uint32_t quality) {
+    return make_resampler(sinc_payload(target_hz, quality));
+}
+
+} // namespace testing_support
