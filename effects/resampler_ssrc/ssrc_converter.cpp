@@ -4,12 +4,16 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
+#include <utility>
 
 namespace kelvane::ssrc {
 
 namespace {
 
-constexpr std::uint64_t no_limit = std::numeric_limits<std::uint64_t>::max();
+/// More than it was promised, of a stream that goes on: a path rounds its delay down to whole frames, and its first
+/// frame needs next to no input.
+constexpr std::uint64_t most_frames_ahead = 2;
 
 bool is_usable(const converter_quality& quality) noexcept {
     return quality.down_filter_taps > 0 && quality.up_filter_taps > 0 && quality.transition_band_hz > 0;
@@ -60,32 +64,61 @@ void ssrc_converter::destroy() noexcept {
 
 void ssrc_converter::begin_stream() noexcept {
     frames_in_ = 0;
+    frames_made_ = 0;
     frames_out_ = 0;
     with_path(path_, [this](auto& path) { frames_to_discard_ = path.frames_to_discard(); });
 }
 
 bool ssrc_converter::process(std::span<const std::byte> input, bool final) {
-    output_bytes_ = 0;
+    take_back_output();
     if (channels_ == 0 || input.size() % frame_bytes_ != 0) {
         return false;
     }
     const std::size_t count = input.size() / frame_bytes_;
+    if (input_hz_ == output_hz_) {
+        return copy(input, count);
+    }
     if (!make_room(count)) {
         return false;
     }
     frames_in_ += count;
-    if (input_hz_ == output_hz_) {
-        std::copy(input.begin(), input.end(), output_.begin());
-        output_bytes_ = input.size();
-        return true;
-    }
     with_path(path_, [&](auto& path) {
         convert(path, input.data(), count);
         if (final) {
             flush(path);
         }
     });
+    hand_out();
+    if (final) {
+        with_path(path_, [](auto& path) { path.reset(); });
+        begin_stream();
+    }
     return true;
+}
+
+bool ssrc_converter::copy(std::span<const std::byte> input, std::size_t frames) noexcept {
+    if (output_.size() < input.size() && !allocate_output(frames)) {
+        return false;
+    }
+    std::copy(input.begin(), input.end(), output_.begin());
+    output_bytes_ = input.size();
+    return true;
+}
+
+/// Of the frames made, as many as the input so far is worth; the others wait for more of it.
+void ssrc_converter::hand_out() noexcept {
+    const std::uint64_t frames = std::min(frames_made_, promised_frames(frames_in_));
+    output_bytes_ = static_cast<std::size_t>(frames - frames_out_) * frame_bytes_;
+    frames_out_ = frames;
+}
+
+/// What was handed out is gone; the frames held back behind it move to the front.
+void ssrc_converter::take_back_output() noexcept {
+    if (output_bytes_ > 0) {
+        std::byte* held = output_.data() + output_bytes_;
+        std::copy(held, held + held_bytes(), output_.data());
+        output_bytes_ = 0;
+    }
 }
 
 std::uint64_t ssrc_converter::promised_frames(std::uint64_t input_frames) const noexcept {
@@ -95,8 +128,7 @@ std::uint64_t ssrc_converter::promised_frames(std::uint64_t input_frames) const 
 /// Room for all output up to the call's end and for a block beyond, so that none is ever cut off. What the path holds
 /// back varies by a block from call to call: one more is room for every later call as well.
 bool ssrc_converter::make_room(std::uint64_t frames) noexcept {
-    const std::uint64_t promised = promised_frames(frames_in_ + frames);
-    std::uint64_t most_frames = promised - std::min(promised, frames_out_);
+    std::uint64_t most_frames = promised_frames(frames_in_ + frames) - frames_out_ + most_frames_ahead;
     std::uint64_t spare_frames = 0;
     with_path(path_, [&](const auto& path) {
         most_frames += path.most_block_frames();
@@ -105,12 +137,15 @@ bool ssrc_converter::make_room(std::uint64_t frames) noexcept {
     return output_.size() / frame_bytes_ >= most_frames || allocate_output(most_frames + spare_frames);
 }
 
+/// Keeps the frames held back.
 bool ssrc_converter::allocate_output(std::uint64_t frames) noexcept {
     if (frames > std::numeric_limits<std::size_t>::max() / frame_bytes_) {
         return false;
     }
     try {
-        output_ = aligned_array<std::byte>(static_cast<std::size_t>(frames) * frame_bytes_);
+        aligned_array<std::byte> larger(static_cast<std::size_t>(frames) * frame_bytes_);
+        std::copy_n(output_.begin(), held_bytes(), larger.begin());
+        output_ = std::move(larger);
         return true;
     } catch (const std::bad_alloc&) {
         return false;
@@ -119,7 +154,6 @@ bool ssrc_converter::allocate_output(std::uint64_t frames) noexcept {
 
 template <class Path>
 void ssrc_converter::convert(Path& path, const std::byte* frames, std::size_t count) {
-    most_frames_out_ = no_limit;
     const std::size_t sample_bytes = bytes_per_sample(code_);
     while (count > 0) {
         const std::size_t taken = std::min(count, path.frames_wanted());
@@ -138,8 +172,8 @@ void ssrc_converter::convert(Path& path, const std::byte* frames, std::size_t co
 /// Silence behind the stream brings out what the filters hold.
 template <class Path>
 void ssrc_converter::flush(Path& path) {
-    most_frames_out_ = promised_frames(frames_in_);
-    while (frames_out_ < most_frames_out_) {
+    const std::uint64_t promised = promised_frames(frames_in_);
+    while (frames_made_ < promised) {
         const std::size_t wanted = path.frames_wanted();
         for (std::size_t channel = 0; channel < channels_; ++channel) {
             std::fill_n(path.next_frames(channel), wanted, 0.0);
@@ -147,8 +181,6 @@ void ssrc_converter::flush(Path& path) {
         path.take(wanted);
         run_block(path);
     }
-    path.reset();
-    begin_stream();
 }
 
 template <class Path>
@@ -164,22 +196,16 @@ void ssrc_converter::run_block(Path& path) {
         }
     }
     path.next_block();
-    const std::size_t emitted = frames_to_emit(block_frames);
-    frames_to_discard_ -= std::min(frames_to_discard_, block_frames);
-    frames_out_ += emitted;
-    output_bytes_ += emitted * frame_bytes_;
+    const std::size_t discarded = std::min(frames_to_discard_, block_frames);
+    frames_to_discard_ -= discarded;
+    frames_made_ += block_frames - discarded;
 }
 
-/// Of a block, after what is discarded.
-std::size_t ssrc_converter::frames_to_emit(std::size_t block_frames) const noexcept {
-    const std::uint64_t frames = block_frames - std::min(frames_to_discard_, block_frames);
-    return static_cast<std::size_t>(std::min(frames, most_frames_out_ - frames_out_));
-}
-
+/// Writes a channel of a block behind what was made before, without what is discarded.
 void ssrc_converter::emit(std::span<const double> block, std::size_t channel) noexcept {
     const std::size_t discarded = std::min(frames_to_discard_, block.size());
-    std::byte* first = output_.data() + output_bytes_ + channel * bytes_per_sample(code_);
-    encode(code_, block.data() + discarded, first, frame_bytes_, frames_to_emit(block.size()));
+    std::byte* first = output_.data() + held_bytes() + channel * bytes_per_sample(code_);
+    encode(code_, block.data() + discarded, first, frame_bytes_, block.size() - discarded);
 }
 
 } // namespace kelvane::ssrc

@@ -48,21 +48,24 @@ public:
 private:
     using conversion_path = std::variant<std::monostate, up_path, down_path>;
 
-    void build(const wave_format& input, const converter_quality& quality, const vector_kernels& kernels);
     bool make_room(std::uint64_t frames) noexcept;
     bool allocate_output(std::uint64_t frames) noexcept;
     /// The length of the whole output, if the stream ended with these frames of input.
     std::uint64_t promised_frames(std::uint64_t input_frames) const noexcept;
 
-    void copy(std::span<const std::byte> input) noexcept;
+    bool copy(std::span<const std::byte> input, std::size_t frames) noexcept;
     template <class Path>
     void convert(Path& path, const std::byte* frames, std::size_t count);
     template <class Path>
     void flush(Path& path);
     template <class Path>
     void run_block(Path& path);
-    std::size_t frames_to_emit(std::size_t block_frames) const noexcept;
     void emit(std::span<const double> block, std::size_t channel) noexcept;
+    void hand_out() noexcept;
+    void take_back_output() noexcept;
+    std::size_t held_bytes() const noexcept {
+        return static_cast<std::size_t>(frames_made_ - frames_out_) * frame_bytes_;
+    }
     void begin_stream() noexcept;
 
     std::uint32_t input_hz_ = 0;
@@ -73,8 +76,8 @@ private:
     conversion_path path_;
 
     std::uint64_t frames_in_ = 0;
-    std::uint64_t frames_out_ = 0;
-    std::uint64_t most_frames_out_ = 0; ///< until the call's end
+    std::uint64_t frames_made_ = 0; ///< without those discarded
+    std::uint64_t frames_out_ = 0;  ///< of them, handed out
     std::size_t frames_to_discard_ = 0;
 
     aligned_array<std::byte> output_;

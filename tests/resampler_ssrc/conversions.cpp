@@ -28,10 +28,13 @@ std::vector<rate_pair> accepted_pairs() {
 std::vector<rate_pair> sampled_pairs() {
     std::vector<rate_pair> pairs{{44100, 48000}, {48000, 44100}, {44100, 96000}, {96000, 44100},
                                  {44100, 88200}, {96000, 48000}, {32000, 48000}, {48000, 32000}};
-    std::vector<rate_pair> others = accepted_pairs();
+    const std::vector<rate_pair> others = accepted_pairs();
     random_source random(20);
-    for (int i = 0; i < 4; ++i) {
-        pairs.push_back(others[pick(random, 0, others.size() - 1)]);
+    for (const std::size_t all = pairs.size() + 4; pairs.size() < all;) {
+        const rate_pair& other = others[pick(random, 0, others.size() - 1)];
+        if (std::find(pairs.begin(), pairs.end(), other) == pairs.end()) {
+            pairs.push_back(other);
+        }
     }
     return pairs;
 }

@@ -17,6 +17,8 @@ constexpr kelvane::ssrc::converter_quality usual_quality{16384, 16384, 170, 100}
 struct rate_pair {
     std::uint32_t input_hz;
     std::uint32_t output_hz;
+
+    friend bool operator==(const rate_pair&, const rate_pair&) = default;
 };
 
 std::ostream& operator<<(std::ostream& stream, const rate_pair& rates);

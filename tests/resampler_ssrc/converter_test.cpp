@@ -42,7 +42,7 @@ TEST(Converter, RefusesWhatItCannotConvert) {
     for (const row& refused :
          {row{"ratio", float64_format(48000, 2), 35000, usual_quality},
           row{"ratio up", float64_format(35000, 2), 48000, usual_quality},
-          row{"common rate", float64_format(44101, 2), 96000, usual_quality},
+          row{"common rate", float64_format(44740, 2), 48001, usual_quality},
           row{"no output rate", float64_format(48000, 2), 0, usual_quality},
           row{"no input rate", float64_format(0, 2), 48000, usual_quality},
           row{"no channels", float64_format(44100, 0), 48000, usual_quality},
@@ -118,7 +118,10 @@ std::set<std::size_t> lengths_around_block_edges(const rate_pair& rates) {
 
 TEST(Converter, TheOutputIsAsLongAsTheInput) {
     random_source random(4);
-    for (const rate_pair& rates : sampled_pairs()) {
+    std::vector<rate_pair> pairs = sampled_pairs();
+    // High input rates, whose filters hold most at the end.
+    pairs.insert(pairs.end(), {{352800, 44100}, {384000, 8000}, {192000, 44100}, {44100, 176400}});
+    for (const rate_pair& rates : pairs) {
         std::set<std::size_t> lengths = lengths_around_block_edges(rates);
         EXPECT_GE(lengths.size(), 9U) << rates;
         for (std::size_t frames = 0; frames <= 50; ++frames) {
@@ -136,14 +139,48 @@ TEST(Converter, TheOutputIsAsLongAsTheInput) {
     }
 }
 
+/// A frame of so low a rate lasts longer than the filters' delay.
+constexpr rate_pair lowest_pairs[] = {{48000, 1}, {44100, 1}, {48000, 2}};
+
+TEST(Converter, TheOutputIsAsLongAsTheInputAtTheLowestRates) {
+    const std::vector<double> samples(150'000, 0.5);
+    for (const rate_pair& rates : lowest_pairs) {
+        ssrc_converter converter = make_converter(rates);
+        for (const std::size_t frames : {1U, 8191U, 8192U, 22049U, 22050U, 24000U, 44099U, 44100U, 47999U, 48000U,
+                                         49152U, 95999U, 96000U, 150'000U}) {
+            const std::size_t at_once = process(converter, std::span(samples).first(frames), true).size();
+            EXPECT_EQ(at_once, promised_frames(rates, frames)) << rates << ", " << frames << " frames";
+            const std::size_t before_end = process(converter, std::span(samples).first(frames), false).size();
+            const std::size_t at_end = process(converter, {}, true).size();
+            EXPECT_EQ(before_end + at_end, at_once) << rates << ", " << frames << " frames and then the end";
+        }
+    }
+}
+
 TEST(Converter, AnyCuttingIntoBlocksGivesTheSameBits) {
     random_source random(5);
-    for (const rate_pair& rates : sampled_pairs()) {
+    std::vector<rate_pair> pairs = sampled_pairs();
+    pairs.push_back({384000, 8000});
+    for (const rate_pair& rates : pairs) {
         constexpr std::size_t frames = 20'000;
         const std::vector<double> samples = noise(random, 2 * frames, 1.0);
         const auto expected = bits_of(convert(rates, samples, 2));
         for (const std::size_t longest : {std::size_t{7}, std::size_t{500}, std::size_t{9000}}) {
             EXPECT_EQ(bits_of(convert_in_blocks(rates, samples, 2, split(random, frames, longest))), expected)
+                << rates << ", blocks to " << longest;
+        }
+    }
+}
+
+TEST(Converter, FramesHeldBackAtTheLowestRatesComeOutLater) {
+    random_source random(13);
+    constexpr std::size_t frames = 150'000;
+    const std::vector<double> samples = noise(random, 2 * frames, 1.0);
+    for (const rate_pair& rates : lowest_pairs) {
+        const std::vector<double> expected = convert(rates, samples, 2);
+        ASSERT_EQ(expected.size(), 2 * promised_frames(rates, frames)) << rates;
+        for (const std::size_t longest : {std::size_t{500}, std::size_t{9000}, std::size_t{60'000}}) {
+            EXPECT_EQ(bits_of(convert_in_blocks(rates, samples, 2, split(random, frames, longest))), bits_of(expected))
                 << rates << ", blocks to " << longest;
         }
     }
