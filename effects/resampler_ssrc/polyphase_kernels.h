@@ -66,16 +66,19 @@ private:
     struct walker {
         const polyphase_tables tables; // in registers while the loop runs
         std::size_t place;
-        const double* cycle; ///< its first frame
+        const double* frames;
+        std::ptrdiff_t cycle_frame; ///< negative where the frames begin within the cycle
 
-        walker(const polyphase_tables& all, polyphase_cursor cursor, const double* frames)
-            : tables(all), place(cursor.place), cycle(frames + cursor.cycle_frame) {}
+        walker(const polyphase_tables& all, polyphase_cursor cursor, const double* first_frame)
+            : tables(all), place(cursor.place), frames(first_frame), cycle_frame(cursor.cycle_frame) {}
 
-        const double* window() const { return cycle + tables.offsets[place]; }
+        const double* window() const {
+            return frames + (cycle_frame + static_cast<std::ptrdiff_t>(tables.offsets[place]));
+        }
         void step() {
             if (++place == tables.cycle_places) {
                 place = 0;
-                cycle += tables.cycle_frames;
+                cycle_frame += static_cast<std::ptrdiff_t>(tables.cycle_frames);
             }
         }
     };
