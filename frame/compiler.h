@@ -1,6 +1,10 @@
 // The one place for what the language does not have and each compiler spells its own way.
 #pragma once
 
+#ifndef __GNUC__
+#error "processor_has_avx2 needs __builtin_cpu_supports, which GCC and Clang have"
+#endif
+
 #ifdef _WIN32
 /// The export list (kelvane.def) names what the library shows.
 #define KELVANE_EXPORT
