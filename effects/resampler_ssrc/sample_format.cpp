@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 namespace kelvane::ssrc {
 
@@ -31,6 +32,7 @@ std::optional<sample_code> integer_code(std::uint16_t bits) noexcept {
 /// Both directions of a float sample.
 template <class Float>
 struct float_samples {
+    static_assert(std::numeric_limits<Float>::is_iec559); // what is too large becomes infinite
     static constexpr std::size_t bytes = sizeof(Float);
 
     static double read(const std::byte* from) noexcept {

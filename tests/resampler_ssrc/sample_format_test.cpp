@@ -150,6 +150,8 @@ TEST(SampleFormat, FloatsPass) {
     }
     EXPECT_EQ(decoded(sample_code::float32, bytes_of(std::bit_cast<std::int32_t>(0.1F), 4)), static_cast<double>(0.1F));
     EXPECT_EQ(encoded(sample_code::float32, 0.1), bytes_of(std::bit_cast<std::int32_t>(0.1F), 4));
+    EXPECT_EQ(decoded(sample_code::float32, encoded(sample_code::float32, 1e300)), infinity);
+    EXPECT_EQ(decoded(sample_code::float32, encoded(sample_code::float32, -1e300)), -infinity);
     EXPECT_TRUE(std::isnan(decoded(sample_code::float32, encoded(sample_code::float32, std::nan("")))));
 }
 
