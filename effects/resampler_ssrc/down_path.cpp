@@ -23,15 +23,16 @@ std::size_t delay_frames(const rate_plan& plan, const low_pass& filter, const lo
 
 down_path::down_path(const rate_plan& plan, const converter_quality& quality, std::size_t channels,
                      const vector_kernels& kernels)
+    : down_path(plan, design_filters(plan, quality), channels, kernels) {}
+
+down_path::down_path(const rate_plan& plan, const filter_designs& designs, std::size_t channels,
+                     const vector_kernels& kernels)
     : kernels_(&kernels), components_(plan.osf),
-      interpolation_(design_polyphase_filter(plan, quality), plan.common_hz / plan.filter_hz(),
-                     plan.common_hz / plan.output_hz, 0, kernels),
-      convolver_({1, components_, component_taps(design_long_filter(plan, quality).length, components_), channels},
-                 kernels),
+      interpolation_(designs.prototype, plan.common_hz / plan.filter_hz(), plan.common_hz / plan.output_hz, 0, kernels),
+      convolver_({1, components_, component_taps(designs.long_filter.length, components_), channels}, kernels),
       lead_values_(interpolation_.taps() + 1) {
-    const low_pass filter = design_long_filter(plan, quality);
-    frames_to_discard_ = delay_frames(plan, filter, design_polyphase_filter(plan, quality));
-    set_filters(filter);
+    frames_to_discard_ = delay_frames(plan, designs.long_filter, designs.prototype);
+    set_filters(designs.long_filter);
     const std::size_t block_values = convolver_.block_frames() * components_;
     most_held_values_ = lead_values_ + interpolation_.frames_read() + block_values;
     held_ = aligned_array<double>(channels * most_held_values_);

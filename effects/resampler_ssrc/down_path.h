@@ -48,6 +48,8 @@ public:
     void reset() noexcept;
 
 private:
+    down_path(const rate_plan& plan, const filter_designs& designs, std::size_t channels,
+              const vector_kernels& kernels);
     void set_filters(const low_pass& filter);
     void start() noexcept;
     double* held_values(std::size_t channel) noexcept { return held_.data() + channel * most_held_values_; }

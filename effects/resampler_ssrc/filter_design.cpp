@@ -64,4 +64,8 @@ low_pass design_polyphase_filter(const rate_plan& plan, const converter_quality&
     return {next_odd(static_cast<std::int64_t>(length)), band_edge_hz + transition_hz * 0.5, rate_hz, attenuation_db};
 }
 
+filter_designs design_filters(const rate_plan& plan, const converter_quality& quality) noexcept {
+    return {design_long_filter(plan, quality), design_polyphase_filter(plan, quality)};
+}
+
 } // namespace kelvane::ssrc

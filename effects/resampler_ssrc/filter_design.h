@@ -38,4 +38,12 @@ low_pass design_long_filter(const rate_plan& plan, const converter_quality& qual
 /// and the long filter's images. A single tap where the long filter runs at the common rate already, going down.
 low_pass design_polyphase_filter(const rate_plan& plan, const converter_quality& quality) noexcept;
 
+/// Both filters of a conversion.
+struct filter_designs {
+    low_pass long_filter;
+    low_pass prototype;
+};
+
+filter_designs design_filters(const rate_plan& plan, const converter_quality& quality) noexcept;
+
 } // namespace kelvane::ssrc

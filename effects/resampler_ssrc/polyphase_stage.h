@@ -19,8 +19,8 @@ struct polyphase_position {
 /// A filter at the common multiple of two rates, of which only the taps that meet an input frame are evaluated.
 ///
 /// A position p counts ticks of the common rate; a frame lasts `phases` of them. The output at p is the sum of frame(k)
-/// x prototype(k x phases - p): the prototype starts at p and its middle lies (length - 1) ÷ 2 ticks later. Source: R.
-/// E. Crochiere, L. R. Rabiner, "Multirate Digital Signal Processing", 1983.
+/// x prototype(k x phases - p): the prototype starts at p and its middle lies (length - 1) ÷ 2 ticks later.
+/// Source: R. E. Crochiere, L. R. Rabiner, "Multirate Digital Signal Processing", 1983.
 ///
 /// Where outputs lie closer than frames, four of them share a window of frames and are computed together.
 class polyphase_stage {

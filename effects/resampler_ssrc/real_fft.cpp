@@ -1,6 +1,7 @@
 #include "effects/resampler_ssrc/real_fft.h"
 
 #include <algorithm>
+#include <array>
 #include <complex>
 
 namespace kelvane::ssrc {

@@ -8,9 +8,6 @@ namespace kelvane::ssrc {
 
 namespace {
 
-constexpr std::size_t leaf_points = 16;
-constexpr std::size_t numbers_per_node = 6;
-constexpr std::size_t numbers_per_leaf = 30;
 constexpr double root_turns = 0.25; ///< of i
 
 // The angles of the tree are binary fractions of a turn, exact in a double.

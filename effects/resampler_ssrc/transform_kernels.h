@@ -8,10 +8,6 @@
 
 namespace kelvane::ssrc {
 
-constexpr std::size_t leaf_points = 16;
-constexpr std::size_t numbers_per_node = 6;
-constexpr std::size_t numbers_per_leaf = 30;
-
 /// Where a node lies in the tree: its level below the root's children and its number in that level.
 struct tree_place {
     std::size_t level;

@@ -28,17 +28,18 @@ lead_in lead_in_of(const rate_plan& plan, const low_pass& prototype) noexcept {
 
 up_path::up_path(const rate_plan& plan, const converter_quality& quality, std::size_t channels,
                  const vector_kernels& kernels)
-    : kernels_(&kernels), components_(plan.osf),
-      silent_frames_(lead_in_of(plan, design_polyphase_filter(plan, quality)).frames),
-      first_ticks_(lead_in_of(plan, design_polyphase_filter(plan, quality)).position_ticks),
-      interpolation_(design_polyphase_filter(plan, quality), plan.common_hz / plan.input_hz,
-                     plan.common_hz / plan.filter_hz(), first_ticks_, kernels),
-      convolver_({components_, 1, component_taps(design_long_filter(plan, quality).length, components_), channels},
-                 kernels),
+    : up_path(plan, design_filters(plan, quality), channels, kernels) {}
+
+up_path::up_path(const rate_plan& plan, const filter_designs& designs, std::size_t channels,
+                 const vector_kernels& kernels)
+    : kernels_(&kernels), components_(plan.osf), silent_frames_(lead_in_of(plan, designs.prototype).frames),
+      first_ticks_(lead_in_of(plan, designs.prototype).position_ticks),
+      interpolation_(designs.prototype, plan.common_hz / plan.input_hz, plan.common_hz / plan.filter_hz(), first_ticks_,
+                     kernels),
+      convolver_({components_, 1, component_taps(designs.long_filter.length, components_), channels}, kernels),
       values_(components_ * chunk_values) {
-    const low_pass filter = design_long_filter(plan, quality);
-    frames_to_discard_ = static_cast<std::size_t>(0.5 * static_cast<double>(filter.length) / components_);
-    set_filters(filter);
+    frames_to_discard_ = static_cast<std::size_t>(0.5 * static_cast<double>(designs.long_filter.length) / components_);
+    set_filters(designs.long_filter);
     most_held_frames_ = convolver_.block_frames() * plan.input_hz / plan.output_hz + interpolation_.frames_read() + 4;
     held_ = aligned_array<double>(channels * most_held_frames_);
     start();

@@ -48,6 +48,7 @@ public:
     void reset() noexcept;
 
 private:
+    up_path(const rate_plan& plan, const filter_designs& designs, std::size_t channels, const vector_kernels& kernels);
     void set_filters(const low_pass& filter);
     void start() noexcept;
     void interpolate(std::size_t channel) noexcept;

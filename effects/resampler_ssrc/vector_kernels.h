@@ -6,6 +6,10 @@
 
 namespace kelvane::ssrc {
 
+constexpr std::size_t leaf_points = 16;     ///< complex, of a right-angle transform's leaf
+constexpr std::size_t numbers_per_node = 6; ///< in its tables
+constexpr std::size_t numbers_per_leaf = 30;
+
 /// What a right-angle transform of `points` complex points needs to know. Each node of its tree of factors (see
 /// right_angle_fft.h) has w, w^2 and w^3 as pairs of numbers.
 struct transform_tables {
