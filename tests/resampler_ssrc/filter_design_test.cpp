@@ -1,7 +1,7 @@
 #include "effects/resampler_ssrc/filter_design.h"
 #include "effects/resampler_ssrc/kaiser_window.h"
 #include "tests/resampler_ssrc/conversions.h"
-#include "tests/resampler_ssrc/described_filters.h"
+#include "tests/resampler_ssrc/plain_filters.h"
 
 #include <gtest/gtest.h>
 
@@ -82,7 +82,7 @@ TEST(FilterDesign, AShortTransitionBandDoublesTheLongFilter) {
 
 TEST(FilterDesign, TheTapsAreThoseOfTheFormulas) {
     for (const testing_support::rate_pair& rates : testing_support::sampled_pairs()) {
-        const described::design design(rates.input_hz, rates.output_hz);
+        const plain_form::design design(rates.input_hz, rates.output_hz);
         const std::vector<double> expected = design.filter();
         const auto plan = plan_rates(rates.input_hz, rates.output_hz).value();
         const double gain = design.goes_up ? 1.0 : static_cast<double>(design.osf);

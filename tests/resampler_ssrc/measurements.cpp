@@ -1,6 +1,6 @@
 #include "tests/resampler_ssrc/measurements.h"
 
-#include "tests/resampler_ssrc/described_filters.h"
+#include "tests/resampler_ssrc/plain_filters.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,7 +26,7 @@ struct converted_tone {
 };
 
 converted_tone convert_tone(const rate_pair& rates, std::uint32_t frequency_hz, double seconds) {
-    const described::design design(rates.input_hz, rates.output_hz);
+    const plain_form::design design(rates.input_hz, rates.output_hz);
     const double reach_s = 0.6 * static_cast<double>(design.filter_taps) / static_cast<double>(design.filter_hz);
     std::vector<double> samples(static_cast<std::size_t>((seconds + 2.0 * reach_s) * rates.input_hz));
     for (std::size_t n = 0; n < samples.size(); ++n) {
@@ -95,7 +95,7 @@ double measure_rest_db(const rate_pair& rates, std::uint32_t frequency_hz, doubl
 }
 
 band_edges edges_of(const rate_pair& rates) {
-    const described::design design(rates.input_hz, rates.output_hz);
+    const plain_form::design design(rates.input_hz, rates.output_hz);
     return {static_cast<std::uint32_t>(design.cutoff_hz() - design.width_hz() / 2.0),
             static_cast<std::uint32_t>(std::ceil(design.cutoff_hz() + design.width_hz() / 2.0)) + 25};
 }
@@ -108,7 +108,7 @@ struct doubled_place {
     bool is_whole;
 };
 
-doubled_place doubled_middle(const described::design& design, std::int64_t impulse) {
+doubled_place doubled_middle(const plain_form::design& design, std::int64_t impulse) {
     const auto osf = static_cast<std::int64_t>(design.osf);
     const auto filter_reach = static_cast<std::int64_t>(design.filter_taps / 2);
     const auto discard = static_cast<std::int64_t>(design.discard_frames);
@@ -129,7 +129,7 @@ doubled_place doubled_middle(const described::design& design, std::int64_t impul
 } // namespace
 
 impulse_result measure_impulse(const rate_pair& rates) {
-    const described::design design(rates.input_hz, rates.output_hz);
+    const plain_form::design design(rates.input_hz, rates.output_hz);
     const auto before = static_cast<std::int64_t>(rates.input_hz / 4);
     std::int64_t impulse = before;
     while (!doubled_middle(design, impulse).is_whole) {

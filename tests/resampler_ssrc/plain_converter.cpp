@@ -1,8 +1,8 @@
-#include "tests/resampler_ssrc/described_converter.h"
+#include "tests/resampler_ssrc/plain_converter.h"
 
 #include <algorithm>
 
-namespace described {
+namespace plain_form {
 
 converter::converter(std::uint64_t input_hz, std::uint64_t output_hz)
     : design_(input_hz, output_hz), prototype_(design_.prototype()), fft_(design_.fft_size),
@@ -129,4 +129,4 @@ std::vector<double> converter::down(const std::vector<double>& chunk) {
     return made;
 }
 
-} // namespace described
+} // namespace plain_form

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace described {
+namespace plain_form {
 
 /// Everything that a pair of rates settles. For pairs that can be converted, at the quality 16384, 16384, 170, 100.
 struct design {
@@ -30,4 +30,4 @@ struct design {
     std::vector<double> prototype() const; ///< times the number of phases
 };
 
-} // namespace described
+} // namespace plain_form

@@ -1,4 +1,4 @@
-#include "tests/resampler_ssrc/described_filters.h"
+#include "tests/resampler_ssrc/plain_filters.h"
 
 #include <algorithm>
 #include <bit>
@@ -6,7 +6,7 @@
 #include <numbers>
 #include <numeric>
 
-namespace described {
+namespace plain_form {
 
 namespace {
 
@@ -102,4 +102,4 @@ std::vector<double> design::prototype() const {
     return windowed_sinc(stage_length, middle_hz, common_hz, phases);
 }
 
-} // namespace described
+} // namespace plain_form

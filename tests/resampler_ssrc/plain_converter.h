@@ -1,14 +1,14 @@
-// The conversion as first described: one long transform per chunk, overlap-add, and every step in the plainest form.
+// The conversion in its plain form: one long transform per chunk, overlap-add, and no step saved.
 // The converter's own layout is faster and has to give the same samples.
 #pragma once
 
 #include "effects/resampler_ssrc/real_fft.h"
-#include "tests/resampler_ssrc/described_filters.h"
+#include "tests/resampler_ssrc/plain_filters.h"
 
 #include <cstdint>
 #include <vector>
 
-namespace described {
+namespace plain_form {
 
 /// One channel. Calls of `process` up to the one with `final` make one stream.
 class converter {
@@ -18,7 +18,6 @@ public:
     std::vector<double> process(const std::vector<double>& input, bool final);
 
 private:
-    std::vector<double> next_chunk(bool is_last);
     std::size_t chunk_frames() const;
     std::vector<double> up(const std::vector<double>& chunk);
     std::vector<double> down(const std::vector<double>& chunk);
@@ -40,4 +39,4 @@ private:
     std::uint64_t frames_out_ = 0;
 };
 
-} // namespace described
+} // namespace plain_form
