@@ -9,6 +9,7 @@
 #include <new>
 #include <span>
 #include <type_traits>
+#include <utility>
 
 namespace kelvane::ssrc {
 
@@ -23,6 +24,15 @@ public:
     /// Throws `bad_allocation` when the size in bytes overflows or memory is short.
     explicit aligned_array(std::size_t count) : numbers_(allocate(count)), count_(count) {
         std::uninitialized_value_construct_n(numbers_.get(), count);
+    }
+
+    /// The other one is then empty.
+    aligned_array(aligned_array&& other) noexcept
+        : numbers_(std::move(other.numbers_)), count_(std::exchange(other.count_, 0)) {}
+    aligned_array& operator=(aligned_array&& other) noexcept {
+        numbers_ = std::move(other.numbers_);
+        count_ = std::exchange(other.count_, 0);
+        return *this;
     }
 
     Number* data() noexcept { return numbers_.get(); }
