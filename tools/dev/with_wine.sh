@@ -18,12 +18,17 @@ mkdir -p "$WINEPREFIX"
 end_server
 trap end_server EXIT
 
-# One server for all: left alone, it ends some seconds after the last program, and one that starts just then finds a
-# server that is going.
-wineserver --persistent
-
 # The first start fills the prefix, which takes longer than some tests have. It asks for nothing: no browser engine, no
 # run-time system of another language, no entries in the desktop's menus.
 WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe=" wine wineboot --init
+
+# There is no window manager: unless told so, Wine waits two seconds for its word on each window. Programs that run
+# already would not see the setting.
+wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null
+end_server
+
+# Wine's own processes stay for some seconds and keep the output of the program that starts them open: this one's is
+# nobody's.
+wine wineboot </dev/null >/dev/null 2>&1
 
 "$@"
