@@ -174,10 +174,10 @@ TEST(FactorySlots, ADialogThatIsAskedForSaysWhereThereAreNone) {
     for (const auto* const identity : {resampler, "{D487D723-FD8C-4106-9023-5620AEA0A885}"}) {
         void* const factory = factory_of(identity);
         const hand_made_preset preset = default_preset_of(factory);
+        hand_made_service callback; // is never called: any object will do
         std::string said;
         try {
-            call<void>(factory, factory_slot::show_settings_dialog, &preset, static_cast<void*>(nullptr),
-                       static_cast<void*>(nullptr));
+            call<void>(factory, factory_slot::show_settings_dialog, &preset, static_cast<void*>(nullptr), &callback);
         } catch (const std::exception& failure) {
             said = failure.what();
         }
