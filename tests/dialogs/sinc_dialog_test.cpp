@@ -150,7 +150,7 @@ TEST(SincDialog, TheKeysStepThroughTheRatesFromTheOneShown) {
 TEST(SincDialog, ATypedRateIsHeardAtEachKeyWithinTheLimits) {
     const auto reported = show(sinc_payload(44100, 2), [](HWND dialog) {
         select_all(rate_field(dialog));
-        type(rate_field(dialog), L"50000000"); // the eighth is one too many
+        type(rate_field(dialog), L"5000000");
         EXPECT_TRUE(shows(dialog, RESAMPLER_RATE, L"5000000"));
         press_ok(dialog);
     });
@@ -160,6 +160,17 @@ TEST(SincDialog, ATypedRateIsHeardAtEachKeyWithinTheLimits) {
     }
     expected.push_back(expected.back()); // OK
     EXPECT_EQ(reported, expected);
+}
+
+TEST(SincDialog, TheEighthLetterOfARateIsRefused) {
+    const auto reported = show(sinc_payload(44100, 2), [](HWND dialog) {
+        select_all(rate_field(dialog));
+        type(rate_field(dialog), L"20000000");
+        EXPECT_TRUE(shows(dialog, RESAMPLER_RATE, L"2000000"));
+        press_ok(dialog);
+    });
+    ASSERT_FALSE(reported.empty());
+    EXPECT_EQ(reported.back(), sinc_payload(2'000'000, 2));
 }
 
 TEST(SincDialog, TheExclusionsCanBeTypedWhileTheBoxIsChecked) {
