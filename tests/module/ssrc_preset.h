@@ -13,15 +13,8 @@ inline std::vector<std::uint8_t> ssrc_payload(std::uint32_t target_hz, bool excl
     return sinc_payload(target_hz, 0, excludes, exclusions);
 }
 
-inline host::service_ptr<velmora::effect_instance> make_ssrc(const std::vector<std::uint8_t>& payload) {
-    const host::effect_entry& effect = built_effects().find(ssrc_name);
-    host::preset settings = effect.default_preset;
-    settings.set_data(payload.data(), payload.size());
-    return host::instantiate(effect, settings);
-}
-
 inline host::service_ptr<velmora::effect_instance> make_ssrc(std::uint32_t target_hz) {
-    return make_ssrc(ssrc_payload(target_hz));
+    return make_effect(ssrc_name, ssrc_payload(target_hz));
 }
 
 } // namespace testing_support

@@ -242,7 +242,7 @@ TEST(Ssrc, ExcludedRatesPassWithoutAWord) {
     const kept_console console;
     for (const row& line : table) {
         const programme played = mono_noise(line.rate_hz, 300, random);
-        const auto effect = make_ssrc(ssrc_payload(32000, line.excludes, line.exclusions));
+        const auto effect = make_effect(ssrc_name, ssrc_payload(32000, line.excludes, line.exclusions));
         const programme before_end = play(*effect, played, {70, 2}, 0, random);
         EXPECT_EQ(are_equal(before_end, played), line.passes) << line.exclusions << ' ' << line.rate_hz;
         EXPECT_EQ(effect->get_latency() == 0.0, line.passes) << line.exclusions << ' ' << line.rate_hz;
@@ -313,7 +313,7 @@ TEST(Ssrc, PresetsAreReadOrRefused) {
 TEST(Ssrc, AShortPresetConvertsAndExcludesNothing) {
     random_source random(15);
     const programme played = mono_noise(44100, 3000, random);
-    EXPECT_TRUE(are_equal(play_whole(*make_ssrc({0x80, 0xBB, 0, 0}), played), converted(played, 48000)));
+    EXPECT_TRUE(are_equal(play_whole(*make_effect(ssrc_name, {0x80, 0xBB, 0, 0}), played), converted(played, 48000)));
 }
 
 host::service_ptr<velmora::resampler_factory> factory() {
