@@ -1,5 +1,6 @@
 #include "resources/control_ids.h"
 #include "tests/dialogs/effect_dialog.h"
+#include "tests/module/ssrc_preset.h"
 
 #include <gtest/gtest.h>
 
@@ -15,33 +16,15 @@ namespace {
 using namespace testing_support;
 using payload = std::vector<std::uint8_t>;
 
-constexpr auto effect_name = "Resampler (dBpoweramp/SSRC)";
-
-/// Target rate, a zero, 1 byte whether the exclusions count, and their text behind its length; little-endian.
-payload stored(std::uint32_t target_hz, bool excludes = false, const std::string& exclusions = "") {
-    payload bytes;
-    const auto put = [&](std::uint32_t number) {
-        for (unsigned shift = 0; shift < 32; shift += 8) {
-            bytes.push_back(static_cast<std::uint8_t>(number >> shift));
-        }
-    };
-    put(target_hz);
-    put(0);
-    bytes.push_back(excludes ? 1 : 0);
-    put(static_cast<std::uint32_t>(exclusions.size()));
-    bytes.insert(bytes.end(), exclusions.begin(), exclusions.end());
-    return bytes;
-}
-
 host::preset preset_of(const payload& bytes) {
-    return testing_support::preset_of(effect_name, bytes.data(), bytes.size());
+    return testing_support::preset_of(ssrc_name, bytes.data(), bytes.size());
 }
 
 /// The payloads that the dialog reports.
 std::vector<payload> show(const host::preset& opening, const std::function<void(HWND)>& acts) {
     std::vector<payload> payloads;
-    for (const host::preset& reported : show_dialog(effect_name, opening, acts)) {
-        EXPECT_EQ(reported.owner(), built_effects().find(effect_name).identity);
+    for (const host::preset& reported : show_dialog(ssrc_name, opening, acts)) {
+        EXPECT_EQ(reported.owner(), built_effects().find(ssrc_name).identity);
         payloads.push_back(bytes_of(reported));
     }
     return payloads;
@@ -82,7 +65,7 @@ TEST(SsrcDialog, HasItsTextsAndItsRates) {
     std::wstring title;
     std::vector<std::wstring> texts;
     std::vector<std::wstring> rates;
-    show(stored(44100), [&](HWND dialog) {
+    show(ssrc_payload(44100), [&](HWND dialog) {
         title = text_of(dialog);
         texts = texts_in(dialog);
         rates = choices_in(dialog, RESAMPLER_RATE);
@@ -106,20 +89,22 @@ TEST(SsrcDialog, ShowsTheStoredSettingsAndOkReportsWhatItShowsOnce) {
         std::wstring exclusions;
         payload reported;
     };
-    const payload whole = stored(96000, true, "8000;11025");
+    const payload whole = ssrc_payload(96000, true, "8000;11025");
     const auto cut_to = [&](std::ptrdiff_t bytes) { return preset_of(payload(whole.begin(), whole.begin() + bytes)); };
     const std::vector<row> table{
         {"a rate of the list", preset_of(whole), L"96000", 10, true, L"8000;11025", whole},
-        {"a rate that is not", preset_of(stored(12345, false, "8000")), L"12345", -1, false, L"8000",
-         stored(12345, false, "8000")},
-        {"text beyond ASCII", preset_of(stored(48000, true, "8000 d\xC3\xA9j\xC3\xA0 \xE2\x99\xAB")), L"48000", 7, true,
-         L"8000 d\xE9j\xE0 \x266B", stored(48000, true, "8000 d\xC3\xA9j\xC3\xA0 \xE2\x99\xAB")},
-        {"above the dialog's limit", preset_of(stored(20'000'000)), L"20000000", -1, false, L"", stored(384'000)},
-        {"cut in the rate", cut_to(3), L"44100", 6, false, L"", stored(44100)},
-        {"the rate alone", cut_to(4), L"96000", 10, false, L"", stored(96000)},
-        {"cut in the text", cut_to(15), L"96000", 10, true, L"", stored(96000, true)},
-        {"a rate out of range", preset_of(stored(999, true, "8000")), L"44100", 6, false, L"", stored(44100)},
-        {"somebody else's", made_foreign(preset_of(whole)), L"44100", 6, false, L"", stored(44100)},
+        {"a rate that is not", preset_of(ssrc_payload(12345, false, "8000")), L"12345", -1, false, L"8000",
+         ssrc_payload(12345, false, "8000")},
+        {"text beyond ASCII", preset_of(ssrc_payload(48000, true, "8000 d\xC3\xA9j\xC3\xA0 \xE2\x99\xAB")), L"48000", 7,
+         true, L"8000 d\xE9j\xE0 \x266B", ssrc_payload(48000, true, "8000 d\xC3\xA9j\xC3\xA0 \xE2\x99\xAB")},
+        {"above the dialog's limit", preset_of(ssrc_payload(20'000'000)), L"20000000", -1, false, L"",
+         ssrc_payload(384'000)},
+        {"cut in the rate", cut_to(3), L"44100", 6, false, L"", ssrc_payload(44100)},
+        {"the rate alone", cut_to(4), L"96000", 10, false, L"", ssrc_payload(96000)},
+        {"cut in the text", cut_to(15), L"96000", 10, true, L"", ssrc_payload(96000, true)},
+        {"a rate out of range", preset_of(ssrc_payload(999, true, "8000")), L"44100", 6, false, L"",
+         ssrc_payload(44100)},
+        {"somebody else's", made_foreign(preset_of(whole)), L"44100", 6, false, L"", ssrc_payload(44100)},
     };
     for (const row& line : table) {
         const auto reported = show(line.opening, [&](HWND dialog) {
@@ -142,21 +127,21 @@ TEST(SsrcDialog, ATypedRateIsBroughtWithinTheLimits) {
     };
     for (const row& line : {row{L"500", 1000}, row{L"400000", 384'000}, row{L"192000", 192'000}, row{L"abc", 1000},
                             row{L"99999999999999", 384'000}}) {
-        const auto reported = show(stored(44100), [&](HWND dialog) {
+        const auto reported = show(ssrc_payload(44100), [&](HWND dialog) {
             type_rate(dialog, line.typed);
             press_ok(dialog);
         });
-        EXPECT_EQ(reported, std::vector<payload>{stored(line.rate_hz)}) << testing::PrintToString(line.typed);
+        EXPECT_EQ(reported, std::vector<payload>{ssrc_payload(line.rate_hz)}) << testing::PrintToString(line.typed);
     }
 }
 
 TEST(SsrcDialog, TheKeysStepThroughTheRatesFromTheOneShown) {
-    const auto reported = show(stored(44100), [](HWND dialog) {
+    const auto reported = show(ssrc_payload(44100), [](HWND dialog) {
         press_key(rate_field(dialog), VK_DOWN);
         EXPECT_TRUE(shows(dialog, RESAMPLER_RATE, L"48000"));
         press_ok(dialog);
     });
-    EXPECT_EQ(reported, std::vector<payload>{stored(48000)});
+    EXPECT_EQ(reported, std::vector<payload>{ssrc_payload(48000)});
 }
 
 TEST(SsrcDialog, TheExclusionsCanBeTypedWhileTheBoxIsCheckedAndStayWhenItIsNot) {
@@ -165,47 +150,48 @@ TEST(SsrcDialog, TheExclusionsCanBeTypedWhileTheBoxIsCheckedAndStayWhenItIsNot) 
         type(GetDlgItem(dialog, RESAMPLER_EXCLUSIONS), L"8000 \xE9");
         EXPECT_TRUE(shows(dialog, RESAMPLER_EXCLUSIONS, L"8000 \xE9"));
     };
-    EXPECT_EQ(show(stored(44100),
+    EXPECT_EQ(show(ssrc_payload(44100),
                    [&](HWND dialog) {
                        type_exclusions(dialog);
                        press_ok(dialog);
                    }),
-              std::vector<payload>{stored(44100, true, "8000 \xC3\xA9")});
-    EXPECT_EQ(show(stored(44100),
+              std::vector<payload>{ssrc_payload(44100, true, "8000 \xC3\xA9")});
+    EXPECT_EQ(show(ssrc_payload(44100),
                    [&](HWND dialog) {
                        type_exclusions(dialog);
                        click_exclude(dialog);
                        EXPECT_EQ(text_in(dialog, RESAMPLER_EXCLUSIONS), L"8000 \xE9");
                        press_ok(dialog);
                    }),
-              std::vector<payload>{stored(44100, false, "8000 \xC3\xA9")});
+              std::vector<payload>{ssrc_payload(44100, false, "8000 \xC3\xA9")});
 }
 
 TEST(SsrcDialog, EnterIsOk) {
-    const auto reported = show(stored(44100), edit_and([](HWND dialog) { press_key(rate_field(dialog), VK_RETURN); }));
-    EXPECT_EQ(reported, std::vector<payload>{stored(192'000, true, "8000")});
+    const auto reported =
+        show(ssrc_payload(44100), edit_and([](HWND dialog) { press_key(rate_field(dialog), VK_RETURN); }));
+    EXPECT_EQ(reported, std::vector<payload>{ssrc_payload(192'000, true, "8000")});
 }
 
 TEST(SsrcDialog, NothingIsReportedBeforeTheEnd) {
     reported_presets callback;
-    const host::preset opening = preset_of(stored(44100));
+    const host::preset opening = preset_of(ssrc_payload(44100));
     std::size_t reports_before_ok = 99;
     {
         const person user(edit_and([&](HWND dialog) {
             reports_before_ok = callback.presets().size();
             press_ok(dialog);
         }));
-        host::query_as<velmora::effect_factory_with_dialog>(*built_effects().find(effect_name).factory)
+        host::query_as<velmora::effect_factory_with_dialog>(*built_effects().find(ssrc_name).factory)
             ->show_settings_dialog(&opening, nullptr, &callback);
     }
     EXPECT_EQ(reports_before_ok, 0U);
     ASSERT_EQ(callback.presets().size(), 1U);
-    EXPECT_EQ(bytes_of(callback.presets()[0]), stored(192'000, true, "8000"));
+    EXPECT_EQ(bytes_of(callback.presets()[0]), ssrc_payload(192'000, true, "8000"));
 }
 
 TEST(SsrcDialog, CancelEscapeAndTheCloseBoxReportNothing) {
     for (const auto& ending : {press_cancel, press_escape, press_close_box}) {
-        EXPECT_EQ(show(stored(44100), edit_and(ending)), std::vector<payload>{});
+        EXPECT_EQ(show(ssrc_payload(44100), edit_and(ending)), std::vector<payload>{});
     }
 }
 
@@ -219,18 +205,18 @@ TEST(SsrcDialog, EditingAnswersWhetherAnythingChanged) {
     };
     const payload short_form{0x80, 0xBB, 0, 0}; // 48000 Hz, and nothing behind it
     const std::vector<row> table{
-        {"OK at once", stored(48000), press_ok, false, stored(48000)},
-        {"edited, then OK", stored(48000), edit_and(press_ok), true, stored(192'000, true, "8000")},
+        {"OK at once", ssrc_payload(48000), press_ok, false, ssrc_payload(48000)},
+        {"edited, then OK", ssrc_payload(48000), edit_and(press_ok), true, ssrc_payload(192'000, true, "8000")},
         {"edited, then Cancel", short_form, edit_and(press_cancel), false, short_form},
         {"edited, then Escape", short_form, edit_and(press_escape), false, short_form},
         {"edited, then closed", short_form, edit_and(press_close_box), false, short_form},
-        {"OK above the limit", stored(400'000), press_ok, true, stored(384'000)},
-        {"Cancel above the limit", stored(400'000), press_cancel, false, stored(400'000)},
-        {"OK in the short form", short_form, press_ok, true, stored(48000)},
+        {"OK above the limit", ssrc_payload(400'000), press_ok, true, ssrc_payload(384'000)},
+        {"Cancel above the limit", ssrc_payload(400'000), press_cancel, false, ssrc_payload(400'000)},
+        {"OK in the short form", short_form, press_ok, true, ssrc_payload(48000)},
     };
     for (const row& line : table) {
         host::preset edited = preset_of(line.opening);
-        EXPECT_EQ(edit_by_dialog(effect_name, edited, line.acts), line.is_changed) << line.what;
+        EXPECT_EQ(edit_by_dialog(ssrc_name, edited, line.acts), line.is_changed) << line.what;
         EXPECT_EQ(bytes_of(edited), line.left) << line.what;
     }
 }
