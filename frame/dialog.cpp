@@ -38,11 +38,6 @@ INT_PTR modal_dialog::run(int template_id, void* parent_window) {
     return result;
 }
 
-void modal_dialog::end(INT_PTR result) {
-    is_ready_ = false; // what the closing window still sends is nobody's wish
-    EndDialog(window_, result);
-}
-
 HWND modal_dialog::control(int id) const {
     return GetDlgItem(window_, id);
 }
@@ -78,7 +73,7 @@ bool modal_dialog::dispatch(UINT message, WPARAM wparam) {
         return true;
     case WM_COMMAND:
         if (is_ready_) {
-            on_command(LOWORD(wparam), HIWORD(wparam));
+            take_command(LOWORD(wparam), HIWORD(wparam));
         }
         return is_ready_;
     case WM_HSCROLL:
@@ -89,6 +84,22 @@ bool modal_dialog::dispatch(UINT message, WPARAM wparam) {
     default:
         return false;
     }
+}
+
+void modal_dialog::take_command(int control, int notification) {
+    if (notification != BN_CLICKED || (control != IDOK && control != IDCANCEL)) {
+        on_command(control, notification);
+        return;
+    }
+    if (control == IDOK) {
+        on_ok();
+    }
+    end(control);
+}
+
+void modal_dialog::end(INT_PTR result) {
+    is_ready_ = false; // what the closing window still sends is nobody's wish
+    EndDialog(window_, result);
 }
 
 } // namespace kelvane

@@ -26,13 +26,14 @@ protected:
     virtual void on_initialise() = 0;
 
     /// A control's notification: a click on a button (`BN_CLICKED`), a change of a text or a selection. OK and Cancel
-    /// come here too.
-    virtual void on_command(int control, int notification) = 0;
+    /// end the dialog and do not come here.
+    virtual void on_command([[maybe_unused]] int control, [[maybe_unused]] int notification) {}
 
     /// A horizontal trackbar was moved, by mouse, keyboard or wheel.
     virtual void on_horizontal_scroll() {}
 
-    void end(INT_PTR result);
+    /// OK was pressed; the controls can be read for the last time.
+    virtual void on_ok() {}
 
     HWND control(int id) const;
     HWND window() const noexcept { return window_; }
@@ -41,6 +42,8 @@ private:
     static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
     bool handle(UINT message, WPARAM wparam) noexcept;
     bool dispatch(UINT message, WPARAM wparam);
+    void take_command(int control, int notification);
+    void end(INT_PTR result);
 
     HWND window_ = nullptr;
     bool is_ready_ = false; ///< initialised: from here on events are the user's

@@ -2,15 +2,11 @@
 
 #include "effects/resampler_sinc/sinc_quality_core.h"
 
-#include <algorithm>
-#include <cstdlib>
-
 namespace kelvane {
 
 namespace {
 
-constexpr long long lowest_rate_hz = 1000;
-constexpr long long highest_rate_hz = 20'000'000;
+constexpr rate_limits limits{.lowest_hz = 1000, .highest_hz = 20'000'000};
 constexpr int normal_quality = 2;
 
 bool is_in_list(int quality) {
@@ -21,15 +17,14 @@ bool is_in_list(int quality) {
 
 sinc_dialog_content show_in_sinc_dialog(const sinc_settings& settings) {
     const int quality = static_cast<int>(settings.quality);
-    return {.rate = std::to_string(settings.target_rate_hz),
+    return {.rate = show_rate(settings.target_rate_hz),
             .quality = is_in_list(quality) ? quality : normal_quality,
             .excludes = settings.excludes,
             .exclusions = settings.exclusions};
 }
 
 sinc_settings read_sinc_dialog(const sinc_dialog_content& content) {
-    const long long typed_hz = std::strtoll(content.rate.c_str(), nullptr, 10); // 0 for what is no number
-    return {.target_rate_hz = static_cast<std::uint32_t>(std::clamp(typed_hz, lowest_rate_hz, highest_rate_hz)),
+    return {.target_rate_hz = read_rate(content.rate, limits),
             .quality = is_in_list(content.quality) ? static_cast<std::uint32_t>(content.quality) : 0,
             .excludes = content.excludes,
             .exclusions = content.exclusions};

@@ -1,7 +1,5 @@
 #include "resources/control_ids.h"
-#include "tests/dialogs/person.h"
-#include "tests/dialogs/reported_presets.h"
-#include "tests/support/built_module.h"
+#include "tests/dialogs/effect_dialog.h"
 
 #include <gtest/gtest.h>
 
@@ -18,64 +16,33 @@ namespace {
 
 using namespace testing_support;
 
-const host::effect_entry& crossfader() {
-    return built_effects().find("Crossfader");
-}
+constexpr auto effect_name = "Crossfader";
 
 host::preset preset_of(std::uint32_t fade_ms) {
-    host::preset made = crossfader().default_preset;
-    made.set_data(&fade_ms, sizeof fade_ms);
-    return made;
+    return testing_support::preset_of(effect_name, &fade_ms, sizeof fade_ms);
 }
 
 std::uint32_t fade_ms_of(const host::preset& stored) {
     std::uint32_t fade_ms = 0;
-    EXPECT_EQ(stored.owner(), crossfader().identity);
+    EXPECT_EQ(stored.owner(), built_effects().find(effect_name).identity);
     EXPECT_EQ(stored.payload().size(), sizeof fade_ms);
     std::memcpy(&fade_ms, stored.payload().data(), std::min(stored.payload().size(), sizeof fade_ms));
     return fade_ms;
 }
 
-/// The dialog over no parent, opened with `opening`, worked by `acts`; returns what was reported.
 std::vector<host::preset> show(const host::preset& opening, const std::function<void(HWND)>& acts) {
-    const auto factory = host::query_as<velmora::effect_factory_with_dialog>(*crossfader().factory);
-    reported_presets callback;
-    {
-        const person user(acts);
-        factory->show_settings_dialog(&opening, nullptr, &callback);
-    }
-    return callback.presets();
+    return show_dialog(effect_name, opening, acts);
 }
 
 HWND bar_of(HWND dialog) {
     return GetDlgItem(dialog, CROSSFADER_FADE);
 }
 
-std::wstring number_in(HWND dialog) {
-    return text_of(GetDlgItem(dialog, CROSSFADER_NUMBER));
-}
-
-void press_ok(HWND dialog) {
-    PostMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
-}
-
-void press_cancel(HWND dialog) {
-    PostMessageW(GetDlgItem(dialog, IDCANCEL), BM_CLICK, 0, 0);
-}
-
-void press_escape(HWND dialog) {
-    press_key(bar_of(dialog), VK_ESCAPE);
-}
-
-void press_close_box(HWND dialog) {
-    PostMessageW(dialog, WM_SYSCOMMAND, SC_CLOSE, 0);
-}
-
 /// Moves the trackbar one step to the right of 2000, then ends the dialog.
 std::function<void(HWND)> move_and(const std::function<void(HWND)>& ending) {
     return [ending](HWND dialog) {
         press_key(bar_of(dialog), VK_RIGHT);
-        EXPECT_TRUE(wait_until([&] { return number_in(dialog) == L"2001 ms"; }));
+        EXPECT_TRUE(shows(dialog, CROSSFADER_NUMBER, L"2001 ms"));
         ending(dialog);
     };
 }
@@ -83,9 +50,7 @@ std::function<void(HWND)> move_and(const std::function<void(HWND)>& ending) {
 TEST(CrossfaderDialog, HasItsTexts) {
     std::vector<std::wstring> texts;
     show(preset_of(2000), [&](HWND dialog) {
-        for (HWND child = GetWindow(dialog, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
-            texts.push_back(text_of(child));
-        }
+        texts = texts_in(dialog);
         press_cancel(dialog);
     });
     for (const auto* const text : {L"Fade duration:", L"Short", L"Long", L"2000 ms", L"OK", L"Cancel"}) {
@@ -105,7 +70,7 @@ TEST(CrossfaderDialog, ShowsTheStoredFadeWithinItsRangeAndOkReportsWhatIsShown) 
         LRESULT position = 0;
         const auto reported = show(preset_of(line.stored_ms), [&](HWND dialog) {
             title = text_of(dialog);
-            number = number_in(dialog);
+            number = text_in(dialog, CROSSFADER_NUMBER);
             position = SendMessageW(bar_of(dialog), TBM_GETPOS, 0, 0);
             press_ok(dialog);
         });
@@ -118,15 +83,12 @@ TEST(CrossfaderDialog, ShowsTheStoredFadeWithinItsRangeAndOkReportsWhatIsShown) 
 }
 
 TEST(CrossfaderDialog, AForeignOrShortPresetOpensWithTheDefault) {
-    host::preset foreign = preset_of(5000);
-    const velmora::guid another{};
-    foreign.set_owner(&another);
     host::preset shortened = preset_of(5000);
     shortened.set_data("abc", 3);
-    for (const host::preset& opening : {foreign, shortened}) {
+    for (const host::preset& opening : {made_foreign(preset_of(5000)), shortened}) {
         std::wstring number;
         const auto reported = show(opening, [&](HWND dialog) {
-            number = number_in(dialog);
+            number = text_in(dialog, CROSSFADER_NUMBER);
             press_ok(dialog);
         });
         EXPECT_EQ(number, L"2000 ms");
@@ -138,13 +100,13 @@ TEST(CrossfaderDialog, AForeignOrShortPresetOpensWithTheDefault) {
 TEST(CrossfaderDialog, TheNumberFollowsTheKeysAndOkAloneReports) {
     const auto reported = show(preset_of(2000), [](HWND dialog) {
         press_key(bar_of(dialog), VK_RIGHT);
-        EXPECT_TRUE(wait_until([&] { return number_in(dialog) == L"2001 ms"; }));
+        EXPECT_TRUE(shows(dialog, CROSSFADER_NUMBER, L"2001 ms"));
         press_key(bar_of(dialog), VK_HOME);
-        EXPECT_TRUE(wait_until([&] { return number_in(dialog) == L"200 ms"; }));
+        EXPECT_TRUE(shows(dialog, CROSSFADER_NUMBER, L"200 ms"));
         press_key(bar_of(dialog), VK_END);
-        EXPECT_TRUE(wait_until([&] { return number_in(dialog) == L"20000 ms"; }));
+        EXPECT_TRUE(shows(dialog, CROSSFADER_NUMBER, L"20000 ms"));
         press_key(bar_of(dialog), VK_LEFT);
-        EXPECT_TRUE(wait_until([&] { return number_in(dialog) == L"19999 ms"; }));
+        EXPECT_TRUE(shows(dialog, CROSSFADER_NUMBER, L"19999 ms"));
         press_ok(dialog);
     });
     ASSERT_EQ(reported.size(), 1U);
@@ -154,7 +116,7 @@ TEST(CrossfaderDialog, TheNumberFollowsTheKeysAndOkAloneReports) {
 TEST(CrossfaderDialog, TheThumbIsDraggedByTheMouse) {
     const auto reported = show(preset_of(2000), [](HWND dialog) {
         drag_thumb_to_end(bar_of(dialog));
-        EXPECT_TRUE(wait_until([&] { return number_in(dialog) == L"20000 ms"; }));
+        EXPECT_TRUE(shows(dialog, CROSSFADER_NUMBER, L"20000 ms"));
         press_ok(dialog);
     });
     ASSERT_EQ(reported.size(), 1U);
@@ -191,12 +153,7 @@ TEST(CrossfaderDialog, EditingAnswersWhetherAnythingChanged) {
     };
     for (const row& line : table) {
         host::preset edited = preset_of(line.opening_ms);
-        bool is_changed = false;
-        {
-            const person user(line.acts);
-            is_changed = crossfader().factory->edit_settings(&edited, nullptr);
-        }
-        EXPECT_EQ(is_changed, line.is_changed) << line.what;
+        EXPECT_EQ(edit_by_dialog(effect_name, edited, line.acts), line.is_changed) << line.what;
         EXPECT_EQ(fade_ms_of(edited), line.fade_ms) << line.what;
     }
 }

@@ -71,6 +71,40 @@ void press_key(HWND control, int key) {
     PostMessageW(control, WM_KEYUP, static_cast<WPARAM>(key), static_cast<LPARAM>(0xC0000001U));
 }
 
+void type(HWND field, const std::wstring& letters) {
+    for (const wchar_t letter : letters) {
+        PostMessageW(field, WM_CHAR, static_cast<WPARAM>(letter), 1);
+    }
+}
+
+void select_all(HWND field) {
+    PostMessageW(field, EM_SETSEL, 0, -1);
+}
+
+HWND typing_field(HWND list) {
+    return GetWindow(list, GW_CHILD);
+}
+
+void press_button(HWND dialog, int id) {
+    PostMessageW(GetDlgItem(dialog, id), BM_CLICK, 0, 0);
+}
+
+void press_ok(HWND dialog) {
+    press_button(dialog, IDOK);
+}
+
+void press_cancel(HWND dialog) {
+    press_button(dialog, IDCANCEL);
+}
+
+void press_escape(HWND dialog) {
+    press_key(GetDlgItem(dialog, IDOK), VK_ESCAPE);
+}
+
+void press_close_box(HWND dialog) {
+    PostMessageW(dialog, WM_SYSCOMMAND, SC_CLOSE, 0);
+}
+
 void drag_thumb_to_end(HWND trackbar) {
     RECT thumb{};
     SendMessageW(trackbar, TBM_GETTHUMBRECT, 0, reinterpret_cast<LPARAM>(&thumb));
@@ -99,6 +133,40 @@ std::wstring text_of(HWND window) {
     wchar_t text[256] = {};
     SendMessageW(window, WM_GETTEXT, 256, reinterpret_cast<LPARAM>(text));
     return text;
+}
+
+std::wstring text_in(HWND dialog, int id) {
+    return text_of(GetDlgItem(dialog, id));
+}
+
+std::vector<std::wstring> texts_in(HWND dialog) {
+    std::vector<std::wstring> texts;
+    for (HWND child = GetWindow(dialog, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        texts.push_back(text_of(child));
+    }
+    return texts;
+}
+
+std::vector<std::wstring> choices_in(HWND dialog, int list) {
+    const HWND control = GetDlgItem(dialog, list);
+    std::vector<std::wstring> choices(static_cast<std::size_t>(SendMessageW(control, CB_GETCOUNT, 0, 0)));
+    for (std::size_t choice = 0; choice < choices.size(); ++choice) {
+        choices[choice].resize(static_cast<std::size_t>(SendMessageW(control, CB_GETLBTEXTLEN, choice, 0)));
+        SendMessageW(control, CB_GETLBTEXT, choice, reinterpret_cast<LPARAM>(choices[choice].data()));
+    }
+    return choices;
+}
+
+bool shows(HWND dialog, int id, const std::wstring& text) {
+    return wait_until([&] { return text_in(dialog, id) == text; });
+}
+
+bool is_checked(HWND dialog, int id) {
+    return SendMessageW(GetDlgItem(dialog, id), BM_GETCHECK, 0, 0) == BST_CHECKED;
+}
+
+bool is_enabled(HWND dialog, int id) {
+    return IsWindowEnabled(GetDlgItem(dialog, id)) != FALSE;
 }
 
 } // namespace testing_support

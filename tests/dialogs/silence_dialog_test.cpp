@@ -1,7 +1,5 @@
 #include "resources/control_ids.h"
-#include "tests/dialogs/person.h"
-#include "tests/dialogs/reported_presets.h"
-#include "tests/support/built_module.h"
+#include "tests/dialogs/effect_dialog.h"
 
 #include <gtest/gtest.h>
 
@@ -19,6 +17,8 @@ namespace {
 
 using namespace testing_support;
 
+constexpr auto effect_name = "Skip Silence";
+
 /// The payload's fields, which lie in memory as they lie in the payload.
 struct stored_fields {
     std::uint32_t minimum_ms;
@@ -33,9 +33,7 @@ void PrintTo(const stored_fields& fields, std::ostream* out) {
 }
 
 host::preset preset_of(const stored_fields& fields) {
-    host::preset made = built_effects().find("Skip Silence").default_preset;
-    made.set_data(&fields, sizeof fields);
-    return made;
+    return testing_support::preset_of(effect_name, &fields, sizeof fields);
 }
 
 stored_fields fields_of(const host::preset& stored) {
@@ -45,16 +43,8 @@ stored_fields fields_of(const host::preset& stored) {
     return fields;
 }
 
-/// The dialog over no parent, opened with `opening`, worked by `acts`; returns what was reported.
 std::vector<host::preset> show(const host::preset& opening, const std::function<void(HWND)>& acts) {
-    const auto& effect = built_effects().find("Skip Silence");
-    const auto factory = host::query_as<velmora::effect_factory_with_dialog>(*effect.factory);
-    reported_presets callback;
-    {
-        const person user(acts);
-        factory->show_settings_dialog(&opening, nullptr, &callback);
-    }
-    return callback.presets();
+    return show_dialog(effect_name, opening, acts);
 }
 
 /// What the dialog reports when `acts` end it with OK: once, and with the effect's owner.
@@ -64,36 +54,12 @@ stored_fields fields_after(const stored_fields& opening, const std::function<voi
         ADD_FAILURE() << reported.size() << " reports";
         return {};
     }
-    EXPECT_EQ(reported[0].owner(), built_effects().find("Skip Silence").identity);
+    EXPECT_EQ(reported[0].owner(), built_effects().find(effect_name).identity);
     return fields_of(reported[0]);
 }
 
-HWND control_of(HWND dialog, int id) {
-    return GetDlgItem(dialog, id);
-}
-
-std::wstring text_in(HWND dialog, int id) {
-    return text_of(control_of(dialog, id));
-}
-
-bool shows(HWND dialog, int id, const std::wstring& text) {
-    return wait_until([&] { return text_in(dialog, id) == text; });
-}
-
-void press_ok(HWND dialog) {
-    PostMessageW(control_of(dialog, IDOK), BM_CLICK, 0, 0);
-}
-
-void press_cancel(HWND dialog) {
-    PostMessageW(control_of(dialog, IDCANCEL), BM_CLICK, 0, 0);
-}
-
 LRESULT position_of(HWND dialog, int trackbar) {
-    return SendMessageW(control_of(dialog, trackbar), TBM_GETPOS, 0, 0);
-}
-
-bool is_checked(HWND dialog) {
-    return SendMessageW(control_of(dialog, SILENCE_KEEPS_INITIAL), BM_GETCHECK, 0, 0) == BST_CHECKED;
+    return SendMessageW(GetDlgItem(dialog, trackbar), TBM_GETPOS, 0, 0);
 }
 
 TEST(SilenceDialog, HasItsTexts) {
@@ -101,9 +67,7 @@ TEST(SilenceDialog, HasItsTexts) {
     std::vector<std::wstring> texts;
     show(preset_of({5000, -60, 1}), [&](HWND dialog) {
         title = text_of(dialog);
-        for (HWND child = GetWindow(dialog, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
-            texts.push_back(text_of(child));
-        }
+        texts = texts_in(dialog);
         press_cancel(dialog);
     });
     EXPECT_EQ(title, L"Skip Silence Configuration");
@@ -136,7 +100,7 @@ TEST(SilenceDialog, ShowsTheStoredValuesAndOkHandsThemBackUnmoved) {
             EXPECT_EQ(position_of(dialog, SILENCE_THRESHOLD), line.threshold);
             EXPECT_EQ(text_in(dialog, SILENCE_MINIMUM_NUMBER), line.minimum_text);
             EXPECT_EQ(text_in(dialog, SILENCE_THRESHOLD_NUMBER), line.threshold_text);
-            EXPECT_EQ(is_checked(dialog), line.stored.keeps_initial == 1);
+            EXPECT_EQ(is_checked(dialog, SILENCE_KEEPS_INITIAL), line.stored.keeps_initial == 1);
             press_ok(dialog);
         });
         EXPECT_EQ(reported, line.stored);
@@ -144,13 +108,10 @@ TEST(SilenceDialog, ShowsTheStoredValuesAndOkHandsThemBackUnmoved) {
 }
 
 TEST(SilenceDialog, AForeignOrShortPresetOpensWithTheDefaults) {
-    host::preset foreign = preset_of({777, -33, 0});
-    const velmora::guid another{};
-    foreign.set_owner(&another);
     host::preset shortened = preset_of({777, -33, 0});
     shortened.set_data("abcd", 4);
-    for (const host::preset& opening : {foreign, shortened}) {
-        const auto reported = show(opening, [&](HWND dialog) { press_ok(dialog); });
+    for (const host::preset& opening : {made_foreign(preset_of({777, -33, 0})), shortened}) {
+        const auto reported = show(opening, press_ok);
         ASSERT_EQ(reported.size(), 1U);
         EXPECT_EQ(fields_of(reported[0]), (stored_fields{5000, -60, 1}));
     }
@@ -158,8 +119,8 @@ TEST(SilenceDialog, AForeignOrShortPresetOpensWithTheDefaults) {
 
 TEST(SilenceDialog, KeysMoveTheTrackbarsAndTheNumbersFollow) {
     const stored_fields reported = fields_after({5000, -60, 1}, [](HWND dialog) {
-        const HWND minimum = control_of(dialog, SILENCE_MINIMUM);
-        const HWND threshold = control_of(dialog, SILENCE_THRESHOLD);
+        const HWND minimum = GetDlgItem(dialog, SILENCE_MINIMUM);
+        const HWND threshold = GetDlgItem(dialog, SILENCE_THRESHOLD);
         press_key(minimum, VK_RIGHT);
         EXPECT_TRUE(shows(dialog, SILENCE_MINIMUM_NUMBER, L"5001 ms"));
         press_key(minimum, VK_END);
@@ -179,7 +140,7 @@ TEST(SilenceDialog, KeysMoveTheTrackbarsAndTheNumbersFollow) {
 
 TEST(SilenceDialog, MovingOneTrackbarReadsBoth) {
     const stored_fields reported = fields_after({5, -120, 0}, [](HWND dialog) {
-        press_key(control_of(dialog, SILENCE_THRESHOLD), VK_RIGHT);
+        press_key(GetDlgItem(dialog, SILENCE_THRESHOLD), VK_RIGHT);
         EXPECT_TRUE(shows(dialog, SILENCE_THRESHOLD_NUMBER, L"-99 dB"));
         EXPECT_TRUE(shows(dialog, SILENCE_MINIMUM_NUMBER, L"200 ms"));
         press_ok(dialog);
@@ -189,7 +150,7 @@ TEST(SilenceDialog, MovingOneTrackbarReadsBoth) {
 
 TEST(SilenceDialog, TheThumbIsDraggedByTheMouse) {
     const stored_fields reported = fields_after({5000, -60, 1}, [](HWND dialog) {
-        drag_thumb_to_end(control_of(dialog, SILENCE_MINIMUM));
+        drag_thumb_to_end(GetDlgItem(dialog, SILENCE_MINIMUM));
         EXPECT_TRUE(shows(dialog, SILENCE_MINIMUM_NUMBER, L"20000 ms"));
         press_ok(dialog);
     });
@@ -199,8 +160,8 @@ TEST(SilenceDialog, TheThumbIsDraggedByTheMouse) {
 TEST(SilenceDialog, AClickOnTheBoxSetsOrClearsTheFlag) {
     for (const std::uint32_t before : {0U, 1U}) {
         const stored_fields reported = fields_after({5, -60, before}, [&](HWND dialog) {
-            PostMessageW(control_of(dialog, SILENCE_KEEPS_INITIAL), BM_CLICK, 0, 0);
-            EXPECT_TRUE(wait_until([&] { return is_checked(dialog) == (before == 0); }));
+            press_button(dialog, SILENCE_KEEPS_INITIAL);
+            EXPECT_TRUE(wait_until([&] { return is_checked(dialog, SILENCE_KEEPS_INITIAL) == (before == 0); }));
             press_ok(dialog);
         });
         EXPECT_EQ(reported, (stored_fields{5, -60, 1 - before})); // and nothing else
@@ -209,22 +170,17 @@ TEST(SilenceDialog, AClickOnTheBoxSetsOrClearsTheFlag) {
 
 TEST(SilenceDialog, EnterIsOk) {
     const stored_fields reported = fields_after({5000, -60, 1}, [](HWND dialog) {
-        press_key(control_of(dialog, SILENCE_MINIMUM), VK_RIGHT);
+        press_key(GetDlgItem(dialog, SILENCE_MINIMUM), VK_RIGHT);
         EXPECT_TRUE(shows(dialog, SILENCE_MINIMUM_NUMBER, L"5001 ms"));
-        press_key(control_of(dialog, SILENCE_MINIMUM), VK_RETURN);
+        press_key(GetDlgItem(dialog, SILENCE_MINIMUM), VK_RETURN);
     });
     EXPECT_EQ(reported, (stored_fields{5001, -60, 1}));
 }
 
 TEST(SilenceDialog, CancelEscapeAndTheCloseBoxReportNothing) {
-    const std::function<void(HWND)> endings[] = {
-        press_cancel,
-        [](HWND dialog) { press_key(control_of(dialog, SILENCE_MINIMUM), VK_ESCAPE); },
-        [](HWND dialog) { PostMessageW(dialog, WM_SYSCOMMAND, SC_CLOSE, 0); },
-    };
-    for (const auto& ending : endings) {
+    for (const auto& ending : {press_cancel, press_escape, press_close_box}) {
         const auto reported = show(preset_of({5000, -60, 1}), [&](HWND dialog) {
-            press_key(control_of(dialog, SILENCE_MINIMUM), VK_RIGHT);
+            press_key(GetDlgItem(dialog, SILENCE_MINIMUM), VK_RIGHT);
             EXPECT_TRUE(shows(dialog, SILENCE_MINIMUM_NUMBER, L"5001 ms"));
             ending(dialog);
         });
@@ -233,7 +189,6 @@ TEST(SilenceDialog, CancelEscapeAndTheCloseBoxReportNothing) {
 }
 
 TEST(SilenceDialog, EditingAnswersWhetherAnythingChanged) {
-    const auto& effect = built_effects().find("Skip Silence");
     struct row {
         const char* what;
         std::function<void(HWND)> acts;
@@ -242,7 +197,7 @@ TEST(SilenceDialog, EditingAnswersWhetherAnythingChanged) {
     };
     const auto move_and = [](const std::function<void(HWND)>& ending) {
         return [ending](HWND dialog) {
-            press_key(control_of(dialog, SILENCE_THRESHOLD), VK_RIGHT);
+            press_key(GetDlgItem(dialog, SILENCE_THRESHOLD), VK_RIGHT);
             EXPECT_TRUE(shows(dialog, SILENCE_THRESHOLD_NUMBER, L"-59 dB"));
             ending(dialog);
         };
@@ -255,12 +210,7 @@ TEST(SilenceDialog, EditingAnswersWhetherAnythingChanged) {
     };
     for (const row& line : table) {
         host::preset edited = preset_of({5000, -60, 1});
-        bool is_changed = false;
-        {
-            const person user(line.acts);
-            is_changed = effect.factory->edit_settings(&edited, nullptr);
-        }
-        EXPECT_EQ(is_changed, line.is_changed) << line.what;
+        EXPECT_EQ(edit_by_dialog(effect_name, edited, line.acts), line.is_changed) << line.what;
         EXPECT_EQ(fields_of(edited), line.fields) << line.what;
     }
 }

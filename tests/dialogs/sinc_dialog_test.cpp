@@ -1,13 +1,11 @@
 #include "resources/control_ids.h"
-#include "tests/dialogs/person.h"
-#include "tests/dialogs/reported_presets.h"
+#include "tests/dialogs/effect_dialog.h"
 #include "tests/module/sinc_preset.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
@@ -18,77 +16,38 @@ using namespace testing_support;
 using payload = std::vector<std::uint8_t>;
 
 host::preset preset_of(const payload& bytes) {
-    host::preset made = built_effects().find(resampler_name).default_preset;
-    made.set_data(bytes.data(), bytes.size());
-    return made;
+    return testing_support::preset_of(resampler_name, bytes.data(), bytes.size());
 }
 
-payload payload_of(const host::preset& stored) {
-    payload bytes(stored.payload().size());
-    std::memcpy(bytes.data(), stored.payload().data(), bytes.size());
-    return bytes;
-}
-
-/// The dialog over no parent, opened with `opening`, worked by `acts`; returns what was reported.
-std::vector<host::preset> show(const host::preset& opening, const std::function<void(HWND)>& acts) {
-    const auto& effect = built_effects().find(resampler_name);
-    const auto factory = host::query_as<velmora::effect_factory_with_dialog>(*effect.factory);
-    reported_presets callback;
-    {
-        const person user(acts);
-        factory->show_settings_dialog(&opening, nullptr, &callback);
-    }
-    return callback.presets();
-}
-
-/// The payloads that were reported, repetitions in a row once.
-std::vector<payload> distinct_payloads(const std::vector<host::preset>& reported) {
+/// The payloads that the dialog reports.
+std::vector<payload> show(const host::preset& opening, const std::function<void(HWND)>& acts) {
     std::vector<payload> payloads;
-    for (const host::preset& live : reported) {
+    for (const host::preset& live : show_dialog(resampler_name, opening, acts)) {
         EXPECT_EQ(live.owner(), built_effects().find(resampler_name).identity);
-        payloads.push_back(payload_of(live));
+        payloads.push_back(bytes_of(live));
     }
-    payloads.erase(std::unique(payloads.begin(), payloads.end()), payloads.end());
     return payloads;
 }
 
-HWND control_of(HWND dialog, int id) {
-    return GetDlgItem(dialog, id);
+std::vector<payload> show(const payload& opening, const std::function<void(HWND)>& acts) {
+    return show(preset_of(opening), acts);
 }
 
-std::wstring text_in(HWND dialog, int id) {
-    return text_of(control_of(dialog, id));
+/// Clicks on the box of exclusions, then ends the dialog.
+std::function<void(HWND)> exclude_and(const std::function<void(HWND)>& ending) {
+    return [ending](HWND dialog) {
+        press_button(dialog, RESAMPLER_EXCLUDE);
+        EXPECT_TRUE(wait_until([&] { return is_enabled(dialog, RESAMPLER_EXCLUSIONS); }));
+        ending(dialog);
+    };
 }
 
-void press_button(HWND dialog, int id) {
-    PostMessageW(control_of(dialog, id), BM_CLICK, 0, 0);
+LRESULT selection_of(HWND dialog, int list) {
+    return SendMessageW(GetDlgItem(dialog, list), CB_GETCURSEL, 0, 0);
 }
 
-void press_ok(HWND dialog) {
-    press_button(dialog, IDOK);
-}
-
-/// Where the keys of an editable list go.
-HWND typing_field(HWND list) {
-    return GetWindow(list, GW_CHILD);
-}
-
-void type(HWND field, const std::string& letters) {
-    for (const char letter : letters) {
-        PostMessageW(field, WM_CHAR, static_cast<WPARAM>(letter), 1);
-    }
-}
-
-void select_all(HWND field) {
-    PostMessageW(field, EM_SETSEL, 0, -1);
-}
-
-bool is_excluding(HWND dialog) {
-    return SendMessageW(control_of(dialog, SINC_EXCLUDE), BM_GETCHECK, 0, 0) == BST_CHECKED;
-}
-
-bool can_type_exclusions(HWND dialog) {
-    return IsWindowEnabled(control_of(dialog, SINC_EXCLUSIONS)) != FALSE;
+HWND rate_field(HWND dialog) {
+    return typing_field(GetDlgItem(dialog, RESAMPLER_RATE));
 }
 
 const std::wstring descriptions[] = {
@@ -96,145 +55,144 @@ const std::wstring descriptions[] = {
     L"Fast sinc interpolation, SNR about 70 dB", L"Higher quality sinc interpolation, SNR about 110 dB",
     L"Highest quality sinc interpolation, SNR about 140 dB"};
 
+const payload older_form{1, 0, 0, 0, 0, 0x77, 1, 0}; // high quality, 96000 Hz
+
 TEST(SincDialog, HasItsTextsAndLists) {
     std::wstring title;
     std::vector<std::wstring> texts;
-    LRESULT rates = 0;
-    LRESULT qualities = 0;
-    show(preset_of(sinc_payload(44100, 2)), [&](HWND dialog) {
+    std::vector<std::wstring> rates;
+    std::vector<std::wstring> qualities;
+    show(sinc_payload(44100, 2), [&](HWND dialog) {
         title = text_of(dialog);
-        for (HWND child = GetWindow(dialog, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
-            texts.push_back(text_of(child));
-        }
-        rates = SendMessageW(control_of(dialog, SINC_RATE), CB_GETCOUNT, 0, 0);
-        qualities = SendMessageW(control_of(dialog, SINC_QUALITY), CB_GETCOUNT, 0, 0);
+        texts = texts_in(dialog);
+        rates = choices_in(dialog, RESAMPLER_RATE);
+        qualities = choices_in(dialog, SINC_QUALITY);
         press_ok(dialog);
     });
     EXPECT_EQ(title, L"RetroArch resampler configuration");
     for (const auto* const text : {L"Target sample rate:", L"Quality:", L"Exclude rates:", L"OK", L"Cancel"}) {
         EXPECT_EQ(std::count(texts.begin(), texts.end(), text), 1) << testing::PrintToString(std::wstring(text));
     }
-    EXPECT_EQ(rates, 11);
-    EXPECT_EQ(qualities, 5);
+    EXPECT_EQ(rates, (std::vector<std::wstring>{L"8000", L"11025", L"16000", L"22050", L"24000", L"32000", L"44100",
+                                                L"48000", L"64000", L"88200", L"96000"}));
+    EXPECT_EQ(qualities, (std::vector<std::wstring>{L"Lowest", L"Lower", L"Normal", L"Higher", L"Highest"}));
 }
 
 TEST(SincDialog, ShowsTheStoredSettingsAndOkHandsThemBackUnchanged) {
     struct row {
         payload stored;
         std::wstring rate;
+        LRESULT selected_rate;
         std::size_t quality;
         bool excludes;
         std::wstring exclusions;
         payload handed_back;
     };
     const std::vector<row> table{
-        {sinc_payload(44100, 2), L"44100", 2, false, L"", sinc_payload(44100, 2)},
-        {sinc_payload(96000, 4, true, "8000;11025"), L"96000", 4, true, L"8000;11025",
+        {sinc_payload(44100, 2), L"44100", 6, 2, false, L"", sinc_payload(44100, 2)},
+        {sinc_payload(96000, 4, true, "8000;11025"), L"96000", 10, 4, true, L"8000;11025",
          sinc_payload(96000, 4, true, "8000;11025")},
-        {sinc_payload(12345, 0, false, "8000"), L"12345", 0, false, L"8000", sinc_payload(12345, 0, false, "8000")},
-        {sinc_payload(7, 9), L"7", 2, false, L"", sinc_payload(7, 9)}, // no control can show them, and they stay
-        {{1, 0, 0, 0, 0, 0x77, 1, 0}, L"96000", 4, false, L"", sinc_payload(96000, 4)}, // the older form
-        {{0, 0x77, 1}, L"44100", 2, false, L"", sinc_payload(44100, 2)},                // cut short
+        {sinc_payload(12345, 0, false, "8000"), L"12345", -1, 0, false, L"8000", sinc_payload(12345, 0, false, "8000")},
+        {sinc_payload(7, 9), L"7", -1, 2, false, L"", sinc_payload(7, 9)}, // no control can show them, and they stay
+        {older_form, L"96000", 10, 4, false, L"", sinc_payload(96000, 4)},
+        {{0, 0x77, 1}, L"44100", 6, 2, false, L"", sinc_payload(44100, 2)}, // cut short
     };
     for (const row& line : table) {
-        const auto reported = show(preset_of(line.stored), [&](HWND dialog) {
-            EXPECT_EQ(text_in(dialog, SINC_RATE), line.rate);
-            EXPECT_EQ(SendMessageW(control_of(dialog, SINC_QUALITY), CB_GETCURSEL, 0, 0),
-                      static_cast<LRESULT>(line.quality));
+        const auto reported = show(line.stored, [&](HWND dialog) {
+            EXPECT_EQ(text_in(dialog, RESAMPLER_RATE), line.rate);
+            EXPECT_EQ(selection_of(dialog, RESAMPLER_RATE), line.selected_rate) << testing::PrintToString(line.rate);
+            EXPECT_EQ(selection_of(dialog, SINC_QUALITY), static_cast<LRESULT>(line.quality));
             EXPECT_EQ(text_in(dialog, SINC_DESCRIPTION), descriptions[line.quality]);
-            EXPECT_EQ(is_excluding(dialog), line.excludes);
-            EXPECT_EQ(can_type_exclusions(dialog), line.excludes);
-            EXPECT_EQ(text_in(dialog, SINC_EXCLUSIONS), line.exclusions);
+            EXPECT_EQ(is_checked(dialog, RESAMPLER_EXCLUDE), line.excludes);
+            EXPECT_EQ(is_enabled(dialog, RESAMPLER_EXCLUSIONS), line.excludes);
+            EXPECT_EQ(text_in(dialog, RESAMPLER_EXCLUSIONS), line.exclusions);
             press_ok(dialog);
         });
-        ASSERT_EQ(reported.size(), 1U);
-        EXPECT_EQ(payload_of(reported[0]), line.handed_back) << testing::PrintToString(line.rate);
+        EXPECT_EQ(reported, std::vector<payload>{line.handed_back}) << testing::PrintToString(line.rate);
     }
 }
 
 TEST(SincDialog, AForeignPresetOpensWithTheDefaults) {
-    host::preset foreign = preset_of(sinc_payload(96000, 4));
-    const velmora::guid another{};
-    foreign.set_owner(&another);
-    const auto reported = show(foreign, press_ok);
-    EXPECT_EQ(distinct_payloads(reported), std::vector<payload>{sinc_payload(44100, 2)});
+    const auto reported = show(made_foreign(preset_of(sinc_payload(96000, 4))), press_ok);
+    EXPECT_EQ(reported, std::vector<payload>{sinc_payload(44100, 2)});
 }
 
 TEST(SincDialog, AQualityIsHeardAtOnceAndItsDescriptionFollows) {
-    const auto reported = show(preset_of(sinc_payload(48000, 2, false, "8000")), [](HWND dialog) {
-        const HWND list = control_of(dialog, SINC_QUALITY);
+    const auto reported = show(sinc_payload(48000, 2, false, "8000"), [](HWND dialog) {
+        const HWND list = GetDlgItem(dialog, SINC_QUALITY);
         press_key(list, VK_DOWN);
-        EXPECT_TRUE(wait_until([&] { return text_in(dialog, SINC_DESCRIPTION) == descriptions[3]; }));
+        EXPECT_TRUE(shows(dialog, SINC_DESCRIPTION, descriptions[3]));
         press_key(list, VK_DOWN);
-        EXPECT_TRUE(wait_until([&] { return text_in(dialog, SINC_DESCRIPTION) == descriptions[4]; }));
+        EXPECT_TRUE(shows(dialog, SINC_DESCRIPTION, descriptions[4]));
         press_key(list, VK_HOME);
-        EXPECT_TRUE(wait_until([&] { return text_in(dialog, SINC_DESCRIPTION) == descriptions[0]; }));
+        EXPECT_TRUE(shows(dialog, SINC_DESCRIPTION, descriptions[0]));
         press_ok(dialog);
     });
-    EXPECT_EQ(distinct_payloads(reported),
+    EXPECT_EQ(reported,
               (std::vector<payload>{sinc_payload(48000, 3, false, "8000"), sinc_payload(48000, 4, false, "8000"),
-                                    sinc_payload(48000, 0, false, "8000")}));
+                                    sinc_payload(48000, 0, false, "8000"), sinc_payload(48000, 0, false, "8000")}));
 }
 
-TEST(SincDialog, AChosenRateIsTheNewOneAndNotTheOneBefore) {
-    std::vector<payload> chosen;
-    const auto reported = show(preset_of(sinc_payload(44100, 2)), [&](HWND dialog) {
-        for (int key = 0; key < 3; ++key) {
-            const std::wstring before = text_in(dialog, SINC_RATE);
-            press_key(typing_field(control_of(dialog, SINC_RATE)), VK_DOWN);
-            EXPECT_TRUE(wait_until([&] { return text_in(dialog, SINC_RATE) != before; }));
-            chosen.push_back(sinc_payload(static_cast<std::uint32_t>(std::stoul(text_in(dialog, SINC_RATE))), 2));
-        }
+TEST(SincDialog, TheKeysStepThroughTheRatesFromTheOneShown) {
+    const auto reported = show(sinc_payload(44100, 2), [](HWND dialog) {
+        press_key(rate_field(dialog), VK_DOWN);
+        EXPECT_TRUE(shows(dialog, RESAMPLER_RATE, L"48000"));
+        press_key(rate_field(dialog), VK_DOWN);
+        EXPECT_TRUE(shows(dialog, RESAMPLER_RATE, L"64000"));
+        press_key(rate_field(dialog), VK_UP);
+        EXPECT_TRUE(shows(dialog, RESAMPLER_RATE, L"48000"));
         press_ok(dialog);
     });
-    EXPECT_EQ(distinct_payloads(reported), chosen);
+    EXPECT_EQ(reported, (std::vector<payload>{sinc_payload(48000, 2), sinc_payload(64000, 2), sinc_payload(48000, 2),
+                                              sinc_payload(48000, 2)}));
 }
 
 TEST(SincDialog, ATypedRateIsHeardAtEachKeyWithinTheLimits) {
-    const auto reported = show(preset_of(sinc_payload(44100, 2)), [](HWND dialog) {
-        const HWND field = typing_field(control_of(dialog, SINC_RATE));
-        select_all(field);
-        type(field, "50000000"); // the eighth is one too many
-        EXPECT_TRUE(wait_until([&] { return text_in(dialog, SINC_RATE) == L"5000000"; }));
+    const auto reported = show(sinc_payload(44100, 2), [](HWND dialog) {
+        select_all(rate_field(dialog));
+        type(rate_field(dialog), L"5000000");
+        EXPECT_TRUE(shows(dialog, RESAMPLER_RATE, L"5000000"));
         press_ok(dialog);
     });
     std::vector<payload> expected;
-    for (const std::uint32_t rate_hz : {1000U, 5000U, 50000U, 500000U, 5000000U}) { // 5, 50, 500 and so on
+    for (const std::uint32_t rate_hz : {1000U, 1000U, 1000U, 5000U, 50000U, 500000U, 5000000U}) { // 5, 50, and so on
         expected.push_back(sinc_payload(rate_hz, 2));
     }
-    EXPECT_EQ(distinct_payloads(reported), expected);
+    expected.push_back(expected.back()); // OK
+    EXPECT_EQ(reported, expected);
+}
+
+TEST(SincDialog, TheEighthLetterOfARateIsRefused) {
+    const auto reported = show(sinc_payload(44100, 2), [](HWND dialog) {
+        select_all(rate_field(dialog));
+        type(rate_field(dialog), L"20000000");
+        EXPECT_TRUE(shows(dialog, RESAMPLER_RATE, L"2000000"));
+        press_ok(dialog);
+    });
+    ASSERT_FALSE(reported.empty());
+    EXPECT_EQ(reported.back(), sinc_payload(2'000'000, 2));
 }
 
 TEST(SincDialog, TheExclusionsCanBeTypedWhileTheBoxIsChecked) {
-    const auto reported = show(preset_of(sinc_payload(44100, 2)), [](HWND dialog) {
-        press_button(dialog, SINC_EXCLUDE);
-        EXPECT_TRUE(wait_until([&] { return can_type_exclusions(dialog); }));
-        type(control_of(dialog, SINC_EXCLUSIONS), "8;9");
-        EXPECT_TRUE(wait_until([&] { return text_in(dialog, SINC_EXCLUSIONS) == L"8;9"; }));
-        press_button(dialog, SINC_EXCLUDE);
-        EXPECT_TRUE(wait_until([&] { return !can_type_exclusions(dialog); }));
+    const auto reported = show(sinc_payload(44100, 2), [](HWND dialog) {
+        press_button(dialog, RESAMPLER_EXCLUDE);
+        EXPECT_TRUE(wait_until([&] { return is_enabled(dialog, RESAMPLER_EXCLUSIONS); }));
+        type(GetDlgItem(dialog, RESAMPLER_EXCLUSIONS), L"8;9");
+        EXPECT_TRUE(shows(dialog, RESAMPLER_EXCLUSIONS, L"8;9"));
+        press_button(dialog, RESAMPLER_EXCLUDE);
+        EXPECT_TRUE(wait_until([&] { return !is_enabled(dialog, RESAMPLER_EXCLUSIONS); }));
         press_ok(dialog);
     });
-    EXPECT_EQ(distinct_payloads(reported),
+    EXPECT_EQ(reported,
               (std::vector<payload>{sinc_payload(44100, 2, true, ""), sinc_payload(44100, 2, true, "8"),
                                     sinc_payload(44100, 2, true, "8;"), sinc_payload(44100, 2, true, "8;9"),
-                                    sinc_payload(44100, 2, false, "8;9")}));
+                                    sinc_payload(44100, 2, false, "8;9"), sinc_payload(44100, 2, false, "8;9")}));
 }
 
-TEST(SincDialog, CancelEscapeAndTheCloseBoxHandTheOpeningPresetBack) {
-    const std::function<void(HWND)> endings[] = {
-        [](HWND dialog) { press_button(dialog, IDCANCEL); },
-        [](HWND dialog) { press_key(control_of(dialog, SINC_QUALITY), VK_ESCAPE); },
-        [](HWND dialog) { PostMessageW(dialog, WM_SYSCOMMAND, SC_CLOSE, 0); },
-    };
-    const payload older_form{1, 0, 0, 0, 0, 0x77, 1, 0}; // byte for byte
-    for (const auto& ending : endings) {
-        const auto reported = show(preset_of(older_form), [&](HWND dialog) {
-            press_button(dialog, SINC_EXCLUDE);
-            EXPECT_TRUE(wait_until([&] { return can_type_exclusions(dialog); }));
-            ending(dialog);
-        });
-        EXPECT_EQ(distinct_payloads(reported), (std::vector<payload>{sinc_payload(96000, 4, true, ""), older_form}));
+TEST(SincDialog, CancelEscapeAndTheCloseBoxHandTheOpeningPresetBackOnce) {
+    for (const auto& ending : {press_cancel, press_escape, press_close_box}) {
+        EXPECT_EQ(show(older_form, exclude_and(ending)),
+                  (std::vector<payload>{sinc_payload(96000, 4, true, ""), older_form})); // byte for byte
     }
 }
 
@@ -245,29 +203,17 @@ TEST(SincDialog, EditingAnswersWhetherAnythingChanged) {
         bool is_changed;
         payload left;
     };
-    const auto change_and = [](int button) {
-        return [button](HWND dialog) {
-            press_button(dialog, SINC_EXCLUDE);
-            EXPECT_TRUE(wait_until([&] { return can_type_exclusions(dialog); }));
-            press_button(dialog, button);
-        };
-    };
     const payload stored = sinc_payload(48000, 3);
     const std::vector<row> table{
         {stored, press_ok, false, stored},
-        {stored, change_and(IDOK), true, sinc_payload(48000, 3, true, "")},
-        {stored, change_and(IDCANCEL), false, stored},
-        {{1, 0, 0, 0, 0, 0x77, 1, 0}, press_ok, true, sinc_payload(96000, 4)}, // now in the whole form
+        {stored, exclude_and(press_ok), true, sinc_payload(48000, 3, true, "")},
+        {stored, exclude_and(press_cancel), false, stored},
+        {older_form, press_ok, true, sinc_payload(96000, 4)}, // now in the whole form
     };
     for (const row& line : table) {
         host::preset edited = preset_of(line.opening);
-        bool is_changed = false;
-        {
-            const person user(line.acts);
-            is_changed = built_effects().find(resampler_name).factory->edit_settings(&edited, nullptr);
-        }
-        EXPECT_EQ(is_changed, line.is_changed);
-        EXPECT_EQ(payload_of(edited), line.left);
+        EXPECT_EQ(edit_by_dialog(resampler_name, edited, line.acts), line.is_changed);
+        EXPECT_EQ(bytes_of(edited), line.left);
     }
 }
 

@@ -18,15 +18,7 @@ constexpr auto end_of_playback = velmora::run_flag::end_of_playback;
 
 /// An instance from the payload of these bytes.
 host::service_ptr<velmora::effect_instance> make_with(const std::vector<std::uint8_t>& payload) {
-    const host::effect_entry& effect = built_effects().find(crossfeed);
-    host::preset settings = effect.default_preset;
-    settings.set_data(payload.data(), payload.size());
-    return host::instantiate(effect, settings);
-}
-
-programme play_whole(velmora::effect_instance& effect, const programme& played) {
-    random_source random(1);
-    return play(effect, played, {100'000, 1}, end_of_playback, random);
+    return make_effect(crossfeed, payload);
 }
 
 /// What one side's impulse gives two frames later: the strength over the rate, taken from the side.

@@ -10,20 +10,12 @@ namespace testing_support {
 
 namespace {
 
-void join(programme& joined, const strict_block& block) {
-    if (joined.empty() || !(joined.back().format == block.format())) {
-        joined.push_back({block.format(), {}});
-    }
-    const std::vector<double> samples = block.samples();
-    joined.back().samples.insert(joined.back().samples.end(), samples.begin(), samples.end());
-}
-
 void run_and_join(velmora::effect_instance& effect, strict_list& list, std::uint32_t flags, programme& joined) {
     host::abort_switch abort;
     effect.run_abortable(&list, nullptr, flags, &abort);
     for (std::size_t i = 0; i < list.get_count(); ++i) {
         EXPECT_NE(list.at(i).get_sample_count(), 0U) << "a block without frames came out";
-        join(joined, list.at(i));
+        join(joined, {{list.at(i).format(), list.at(i).samples()}});
     }
     list = strict_list();
 }
@@ -52,6 +44,15 @@ std::size_t frames_of(const programme& played) {
     return frames;
 }
 
+void join(programme& all, const programme& more) {
+    for (const stretch& one : more) {
+        if (all.empty() || !(all.back().format == one.format)) {
+            all.push_back({one.format, {}});
+        }
+        all.back().samples.insert(all.back().samples.end(), one.samples.begin(), one.samples.end());
+    }
+}
+
 programme noise_in(const std::vector<block_format>& formats, std::size_t frames, double amplitude,
                    random_source& random) {
     programme made;
@@ -75,6 +76,11 @@ programme play(velmora::effect_instance& effect, const programme& played, const 
     }
     run_and_join(effect, list, last_flags, joined);
     return joined;
+}
+
+programme play_whole(velmora::effect_instance& effect, const programme& played, std::uint32_t flags) {
+    random_source random(1);
+    return play(effect, played, {1'000'000, 1}, flags, random);
 }
 
 bool are_equal(const programme& a, const programme& b) {

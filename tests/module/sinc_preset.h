@@ -29,10 +29,7 @@ inline std::vector<std::uint8_t> sinc_payload(std::uint32_t target_hz, std::uint
 }
 
 inline host::service_ptr<velmora::effect_instance> make_resampler(const std::vector<std::uint8_t>& payload) {
-    const host::effect_entry& effect = built_effects().find(resampler_name);
-    host::preset settings = effect.default_preset;
-    settings.set_data(payload.data(), payload.size());
-    return host::instantiate(effect, settings);
+    return make_effect(resampler_name, payload);
 }
 
 inline host::service_ptr<velmora::effect_instance> make_resampler(std::uint32_t target_hz, std::uint32_t quality) {

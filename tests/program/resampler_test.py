@@ -60,3 +60,48 @@ def test_a_rate_that_cannot_be_made_is_said(host):
     write(host.folder / "in.wav", noise(100, 2))
     host.assert_fails("process", "in.wav", "-o", "out.wav", "-e", "resampler retro:rate=0",
                       reason='"Resampler (RetroArch)" failed: bad allocation')
+
+
+FFT_STEP = "Resampler (dBpoweramp/SSRC):rate=48000,exclude=44100;88200-96000"
+
+
+# What the filters' delay leaves of a frame: (8191 ÷ 3) mod 1, 8191 ÷ 2 - 4095, and (16383 + 2) ÷ 4 - 4096.
+@pytest.mark.parametrize("rate_hz, late_frames", [(22050, 1 / 3), (32000, 0.5), (192000, 0.25)])
+def test_the_other_resampler_keeps_tones_as_they_are(host, rate_hz, late_frames):
+    samples = tones([997.0, 440.0], seconds=1.0, rate_hz=rate_hz)
+    write(host.folder / "in.wav", samples, rate_hz=rate_hz)
+    sound = read(host.process("in.wav", "-e", FFT_STEP, "--block", "777", *F64))
+    assert (sound.rate_hz, sound.layout) == (48000, "stereo")
+    assert len(sound.samples) == 48000
+    frames = np.arange(10000, 38000)
+    expected = 0.25 * np.sin(2.0 * np.pi * np.outer((frames - late_frames) / 48000, [997.0, 440.0]))
+    np.testing.assert_allclose(sound.samples[10000:38000], expected, atol=1e-7)
+
+
+@pytest.mark.parametrize("rate_hz", [44100, 88200, 96000])
+def test_the_other_resampler_leaves_excluded_rates_alone_and_says_nothing(host, rate_hz):
+    samples = noise(5000, 2)
+    write(host.folder / "in.wav", samples, rate_hz=rate_hz)
+    answer = host.run("process", "in.wav", "-o", "out.wav", *F64, "-e", FFT_STEP)
+    assert (answer.exit_code, answer.errors) == (0, "")
+    sound = read(host.folder / "out.wav")
+    assert sound.rate_hz == rate_hz
+    assert (sound.samples == samples).all()
+
+
+def test_the_other_resamplers_settings_are_told_and_kept(host):
+    told = host.output_of("settings", "Resampler (dBpoweramp/SSRC)")
+    for line in ("rate    = 44100 Hz\n", "exclude = \n"):
+        assert line in told
+    host.output_of("preset", "make", "file.json", "ssrc", FFT_STEP.split(":")[1])
+    told = host.output_of("preset", "show", "file.json")
+    for line in ("rate    = 48000 Hz\n", "exclude = 44100;88200-96000\n"):
+        assert line in told
+
+
+def test_a_rate_that_the_other_resampler_does_not_take_is_said(host):
+    write(host.folder / "in.wav", noise(100, 2))
+    host.assert_fails("process", "in.wav", "-o", "out.wav", "-e", "ssrc:rate=999",
+                      reason='rate takes 1000 to 20000000, not "999"')
+    host.assert_fails("process", "in.wav", "-o", "out.wav", "-e", "ssrc", "--preset", "E7030000",
+                      reason="Unsupported format or corrupted file")

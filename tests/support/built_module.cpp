@@ -29,13 +29,30 @@ const host::effect_catalogue& built_effects() {
     return catalogue;
 }
 
-host::service_ptr<velmora::effect_instance> make_effect(std::string_view display_name) {
+namespace {
+
+const host::effect_entry& effect_called(std::string_view display_name) {
     for (const host::effect_entry& effect : built_effects().effects()) {
         if (effect.name == display_name) {
-            return host::instantiate(effect, effect.default_preset);
+            return effect;
         }
     }
     throw std::runtime_error("no such effect: " + std::string(display_name));
+}
+
+} // namespace
+
+host::service_ptr<velmora::effect_instance> make_effect(std::string_view display_name) {
+    const host::effect_entry& effect = effect_called(display_name);
+    return host::instantiate(effect, effect.default_preset);
+}
+
+host::service_ptr<velmora::effect_instance> make_effect(std::string_view display_name,
+                                                        const std::vector<std::uint8_t>& payload) {
+    const host::effect_entry& effect = effect_called(display_name);
+    host::preset settings = effect.default_preset;
+    settings.set_data(payload.data(), payload.size());
+    return host::instantiate(effect, settings);
 }
 
 host::service_ptr<velmora::service> find_service(const velmora::guid& class_id) {

@@ -5,7 +5,9 @@
 #include "host/module/loaded_module.h"
 #include "host/objects/abort_switch.h"
 
+#include <cstdint>
 #include <string_view>
+#include <vector>
 
 namespace testing_support {
 
@@ -20,6 +22,10 @@ const host::effect_catalogue& built_effects();
 
 /// A new instance of the effect with this display name, from its default preset.
 host::service_ptr<velmora::effect_instance> make_effect(std::string_view display_name);
+
+/// The same from a preset with this payload.
+host::service_ptr<velmora::effect_instance> make_effect(std::string_view display_name,
+                                                        const std::vector<std::uint8_t>& payload);
 
 /// The first service that is registered under `class_id`.
 host::service_ptr<velmora::service> find_service(const velmora::guid& class_id);

@@ -1,0 +1,22 @@
+#include "effects/resampler_ssrc/ssrc_dialog.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr rate_limits limits{.lowest_hz = 1000, .highest_hz = 384'000};
+
+} // namespace
+
+ssrc_dialog_content show_in_ssrc_dialog(const ssrc_settings& settings) {
+    return {
+        .rate = show_rate(settings.target_rate_hz), .excludes = settings.excludes, .exclusions = settings.exclusions};
+}
+
+ssrc_settings read_ssrc_dialog(const ssrc_dialog_content& content) {
+    return {.target_rate_hz = read_rate(content.rate, limits),
+            .excludes = content.excludes,
+            .exclusions = content.exclusions};
+}
+
+} // namespace kelvane
