@@ -9,22 +9,6 @@
 
 namespace kelvane {
 
-namespace {
-
-/// Ends the arguments also when an exception passes.
-class argument_list {
-public:
-    explicit argument_list(std::va_list& arguments) noexcept : arguments_(arguments) {}
-    ~argument_list() { va_end(arguments_); }
-    argument_list(const argument_list&) = delete;
-    argument_list& operator=(const argument_list&) = delete;
-
-private:
-    std::va_list& arguments_;
-};
-
-} // namespace
-
 void print_notice(const char* format, ...) {
     velmora::host_api* const host = state().host;
     if (host == nullptr) {
@@ -33,8 +17,13 @@ void print_notice(const char* format, ...) {
     received_text line;
     std::va_list arguments;
     va_start(arguments, format);
-    const argument_list guard(arguments);
-    uPrintfV(&line, format, arguments);
+    try {
+        uPrintfV(&line, format, arguments);
+    } catch (...) {
+        va_end(arguments);
+        throw;
+    }
+    va_end(arguments);
     host->print_console(line.text.data(), line.text.size());
 }
 

@@ -22,8 +22,9 @@ inline constexpr std::size_t min_lpc_history_samples = 2 * lpc_order + 1;
 /// the poles inwards: what is generated dies away and never grows. See J. Makhoul, "Linear Prediction: A Tutorial
 /// Review", Proceedings of the IEEE, 1975.
 ///
-/// Sums are 64-bit and run from the newest sample back; coefficients and generated samples are 32-bit: these last bits
-/// are part of the sound. A history of silence gives silence, one with a sample that is not a number may give others.
+/// Sums are 64-bit: those over the history run from its oldest sample to its newest, that of a new sample from the
+/// newest of the 32 before it back. Coefficients and generated samples are 32-bit. These last bits are part of the
+/// sound. A history of silence gives silence, one with a sample that is not a number, or infinite, may give others.
 void extrapolate(std::span<const float> history, std::span<float> continuation) noexcept;
 
 } // namespace kelvane

@@ -5,6 +5,8 @@
 #include "effects/resampler_sinc/sinc_kernel_core.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <type_traits>
 
 namespace kelvane {

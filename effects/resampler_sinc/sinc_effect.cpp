@@ -1,18 +1,17 @@
 #include "effects/resampler_sinc/sinc_effect.h"
 
+#include "effects/resampler_sinc/sinc_quality_core.h"
 #include "effects/resampler_sinc/sinc_resampler_core.h"
 #include "frame/console.h"
 
+#include <cstddef>
+#include <span>
+
 namespace kelvane {
 
-namespace {
-
-constexpr std::uint32_t answered_quality = 2; ///< "Normal": the host asks about rates without a quality
-
-} // namespace
-
+/// The host asks about rates without a quality.
 bool sinc_resampler_effect::is_conversion_supported(std::uint32_t source_hz, std::uint32_t target_hz) noexcept {
-    return sinc_resampler::is_feasible(source_hz, target_hz, answered_quality);
+    return sinc_resampler::is_feasible(source_hz, target_hz, normal_sinc_quality);
 }
 
 sinc_resampler_effect::sinc_resampler_effect(const sinc_settings& chosen)
@@ -30,7 +29,8 @@ bool sinc_resampler_effect::on_block(velmora::sample_block* block, velmora::abor
     if (!stream_) {
         return true;
     }
-    stream_->push(samples_of(*block), emission());
+    const std::span<const double> samples = samples_of(*block);
+    emit_or_drop_stream([&] { stream_->push(samples, emission()); });
     return false;
 }
 
@@ -38,8 +38,7 @@ void sinc_resampler_effect::follow_format(const stream_format& format) {
     if (format == format_) {
         return;
     }
-    end_stream();
-    format_ = {}; // should the new one fail, the next block tries again
+    end_stream(); // should the new one fail, the next block tries again
     open_stream(format);
     format_ = format;
 }
@@ -54,16 +53,39 @@ void sinc_resampler_effect::open_stream(const stream_format& format) {
 }
 
 void sinc_resampler_effect::on_playback_end(velmora::abort_signal*) {
+    end_stream();
+}
+
+/// Then no format is known any more, a passing one neither.
+void sinc_resampler_effect::end_stream() {
     if (stream_) {
-        end_stream();
-        format_ = {};
+        emit_or_drop_stream([this] { emit_rest(); });
+    }
+    drop_stream();
+}
+
+/// What is still due, as one block.
+void sinc_resampler_effect::emit_rest() {
+    const std::size_t due = stream_->due_frames();
+    if (due != 0) {
+        emit_block(due, output_format(), [this](std::span<double> filled) { stream_->finish(filled); });
     }
 }
 
-void sinc_resampler_effect::end_stream() {
-    if (stream_) {
-        stream_->finish(emission());
-        stream_.reset();
+void sinc_resampler_effect::drop_stream() noexcept {
+    stream_.reset();
+    format_ = {};
+}
+
+/// Calls `emit`, which emits what it gets from the stream. After an exception the list has nothing of it, and the
+/// frames are missing in the stream: it ends there, and the next block begins another.
+template <class Emit>
+void sinc_resampler_effect::emit_or_drop_stream(Emit emit) {
+    try {
+        emit_all_or_nothing(emit);
+    } catch (...) {
+        drop_stream();
+        throw;
     }
 }
 
@@ -77,11 +99,14 @@ double sinc_resampler_effect::get_latency() {
     return stream_ ? stream_->latency_s() : 0.0;
 }
 
-/// Puts converted frames into the list, in the speakers of the stream.
+/// Puts converted frames into the list.
 sinc_stream::sink sinc_resampler_effect::emission() {
-    return [this](std::span<const double> frames) {
-        emit_block(frames, {target_hz_, format_.channels, format_.channel_mask});
-    };
+    return [this](std::span<const double> frames) { emit_block(frames, output_format()); };
+}
+
+/// In the speakers of the stream.
+stream_format sinc_resampler_effect::output_format() const noexcept {
+    return {target_hz_, format_.channels, format_.channel_mask};
 }
 
 } // namespace kelvane

@@ -13,8 +13,9 @@
 namespace kelvane {
 
 /// Converts every stream to one sample rate; speakers stay. Rates that the settings exclude pass, with a notice on the
-/// host's console, and so does the target rate itself. The end of a stream comes out when the format changes, in blocks
-/// of the old speakers, or at the end of playback; the ends of tracks change nothing.
+/// host's console, and so does the target rate itself. The end of a stream comes out when the format changes, in a
+/// block of the old speakers, or at the end of playback; the ends of tracks change nothing. Of what comes of a block,
+/// and of the end of a stream, all is emitted or, when an exception passes, nothing; the stream is then lost.
 class sinc_resampler_effect final : public effect_base {
 public:
     using settings = sinc_settings;
@@ -35,7 +36,12 @@ private:
     void follow_format(const stream_format& format);
     void open_stream(const stream_format& format);
     void end_stream();
+    void emit_rest();
+    void drop_stream() noexcept;
+    template <class Emit>
+    void emit_or_drop_stream(Emit emit);
     sinc_stream::sink emission();
+    stream_format output_format() const noexcept;
 
     std::uint32_t target_hz_;
     std::uint32_t quality_;

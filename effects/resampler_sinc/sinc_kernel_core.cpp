@@ -3,6 +3,10 @@
 #include "effects/resampler_sinc/sinc_convolution_core.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
 
 namespace kelvane {
 

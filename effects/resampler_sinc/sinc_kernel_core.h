@@ -1,7 +1,10 @@
 // The inner products of the windowed-sinc converter.
 #pragma once
 
-#include "effects/resampler_sinc/sinc_table_core.h"
+#include "effects/resampler_sinc/sinc_quality_core.h"
+
+#include <cstddef>
+#include <cstdint>
 
 namespace kelvane {
 

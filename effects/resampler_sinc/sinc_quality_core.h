@@ -2,7 +2,6 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 
 namespace kelvane {
@@ -30,7 +29,8 @@ inline constexpr std::array<sinc_quality, 5> sinc_qualities{{
     {"Highest", "Highest quality sinc interpolation, SNR about 140 dB", 0.962, 128, 10, 14, sinc_window::kaiser, 14.5F},
 }};
 
-inline constexpr std::size_t normal_sinc_quality = 2;
+/// "Normal": what is taken where nothing else is asked for.
+inline constexpr std::uint32_t normal_sinc_quality = 2;
 
 /// The level of that index; "Normal" for an index that has none.
 constexpr const sinc_quality& sinc_quality_at(std::uint32_t index) noexcept {

@@ -2,9 +2,14 @@
 #pragma once
 
 #include "effects/resampler_sinc/sinc_kernel_core.h"
+#include "effects/resampler_sinc/sinc_quality_core.h"
+#include "effects/resampler_sinc/sinc_table_core.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <new>
+#include <span>
 
 namespace kelvane {
 

@@ -11,8 +11,6 @@ namespace {
 constexpr std::size_t older_form_bytes = 8;
 constexpr std::uint32_t older_form_high_quality = 4;
 constexpr std::uint32_t not_read = 0xFFFFFFFF;
-constexpr std::uint32_t min_repaired_rate_hz = 1000;
-constexpr std::uint32_t max_repaired_rate_hz = 20'000'000;
 
 sinc_settings read_older_form(payload_reader& fields) {
     sinc_settings settings;
@@ -32,7 +30,7 @@ void read_fields(payload_reader& fields, sinc_settings& settings) {
 
 void repair(sinc_settings& settings) {
     const sinc_settings defaults;
-    if (settings.target_rate_hz < min_repaired_rate_hz || settings.target_rate_hz > max_repaired_rate_hz) {
+    if (settings.target_rate_hz < min_sinc_rate_hz || settings.target_rate_hz > max_sinc_rate_hz) {
         settings.target_rate_hz = defaults.target_rate_hz;
     }
     if (settings.quality == not_read) {

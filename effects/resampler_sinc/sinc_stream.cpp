@@ -13,20 +13,11 @@ namespace {
 constexpr std::size_t most_held_frames = most_edge_frames;
 constexpr std::size_t first_plan_frames = 4096;
 constexpr std::size_t plan_granule_frames = 1024;
-constexpr double count_limit = 9223372036854775808.0; ///< 2^63
-
-/// The integer part of what must be a count of things in memory.
-std::uint64_t to_count(double value) {
-    if (!(value < count_limit)) {
-        throw bad_allocation();
-    }
-    return static_cast<std::uint64_t>(value);
-}
 
 } // namespace
 
 sinc_stream::sinc_stream(std::uint32_t input_hz, std::uint32_t target_hz, std::uint32_t channels, std::uint32_t quality)
-    : input_hz_(input_hz), target_hz_(target_hz), channels_(channels),
+    : totals_{.input_hz = input_hz, .target_hz = target_hz}, channels_(channels),
       resampler_(sinc_resampler::create(input_hz, target_hz, channels, quality)) {
     if (!resampler_) {
         throw bad_allocation();
@@ -37,21 +28,21 @@ sinc_stream::sinc_stream(std::uint32_t input_hz, std::uint32_t target_hz, std::u
 }
 
 void sinc_stream::push(std::span<const double> frames, const sink& out) {
-    total_in_frames_ += frames_in(frames);
+    totals_.in_frames += frames_in(frames);
     if (!is_primed_) {
         frames = hold(frames);
         if (held_frames_ < most_held_frames) {
             return;
         }
-        prime(out);
+        give(prime(), out);
     }
     const std::size_t all_frames = held_frames_ + frames_in(frames);
     const std::size_t surplus_frames = all_frames - std::min(all_frames, most_held_frames);
     const std::size_t surplus_held_frames = std::min(surplus_frames, held_frames_);
-    convert(held().first(surplus_held_frames * channels_), out);
+    give(convert(held().first(surplus_held_frames * channels_)), out);
     release(surplus_held_frames);
     const std::size_t surplus_new_frames = surplus_frames - surplus_held_frames;
-    convert(frames.first(surplus_new_frames * channels_), out);
+    give(convert(frames.first(surplus_new_frames * channels_)), out);
     hold(frames.subspan(surplus_new_frames * channels_));
 }
 
@@ -71,57 +62,45 @@ void sinc_stream::release(std::size_t frames) noexcept {
     held_frames_ -= frames;
 }
 
-void sinc_stream::prime(const sink& out) {
+/// Converts the pre-roll. What comes of it is discarded, as far as the count of what is discarded goes.
+std::span<const double> sinc_stream::prime() {
     const std::span<double> pre_roll(edge_.data(), held_frames_ * channels_);
     fill_before(held(), channels_, pre_roll);
     discarded_frames_ = start_delay_frames();
-    convert(pre_roll, out);
     is_primed_ = true;
+    return convert(pre_roll);
 }
 
 /// What comes out before the stream's first frame: the pre-roll, and going up the converter's delay.
-std::uint64_t sinc_stream::start_delay_frames() const {
+std::size_t sinc_stream::start_delay_frames() const {
     const double ratio = resampler_->ratio();
-    std::uint64_t frames = to_count(static_cast<double>(held_frames_) * ratio + 0.5);
+    std::size_t frames = to_count(static_cast<double>(held_frames_) * ratio + 0.5, channels_);
     if (ratio > 1.0) {
         const double half_window = resampler_->taps() / 2.0;
-        frames += to_count(std::floor(half_window * (ratio - 1.0) + ratio));
+        frames += to_count(std::floor(half_window * (ratio - 1.0) + ratio), channels_);
     }
     return frames;
 }
 
-void sinc_stream::finish(const sink& out) {
+void sinc_stream::finish(std::span<double> out) {
     if (!is_primed_) {
-        prime(out);
+        out = put(prime(), out);
     }
-    const std::uint64_t due = due_frames();
-    if (due == 0) {
-        return;
-    }
-    const std::uint64_t last_frame = total_out_frames_ + due;
     const std::span<double> tail(edge_.data(), most_edge_frames * channels_);
     std::fill(tail.begin(), tail.end(), 0.0);
-    const auto run_out_frames = static_cast<std::size_t>(std::min<std::uint64_t>(held_frames_, due));
+    const std::size_t run_out_frames = std::min(held_frames_, frames_in(out));
     fill_after(held(), channels_, tail.first(run_out_frames * channels_));
-    convert(held(), out, last_frame);
-    push_out(tail, last_frame, out);
+    out = put(convert(held()), out);
+    push_out(tail, out);
 }
 
-/// The output that belongs to the input and has not come yet. Where the exact length ends in a half, it falls as the
-/// doubles fall.
-std::uint64_t sinc_stream::due_frames() const noexcept {
-    const double length = static_cast<double>(total_in_frames_) / input_hz_ * target_hz_;
-    const double due = length - static_cast<double>(total_out_frames_) + 0.5;
-    return due >= 1.0 && due < count_limit ? static_cast<std::uint64_t>(due) : 0;
-}
-
-/// Converts the tail, and silence behind it, until the last frame is out.
-void sinc_stream::push_out(std::span<double> tail, std::uint64_t last_frame, const sink& out) {
+/// Converts the tail, and silence behind it, until `out` is full.
+void sinc_stream::push_out(std::span<double> tail, std::span<double> out) {
     std::span<const double> left = tail;
-    while (total_out_frames_ < last_frame) {
-        const std::size_t wanted_frames = input_frames_for(last_frame - total_out_frames_ + discarded_frames_);
+    while (!out.empty()) {
+        const std::size_t wanted_frames = input_frames_for(frames_in(out) + discarded_frames_);
         const auto pushed = left.first(std::min(wanted_frames * channels_, left.size()));
-        convert(pushed, out, last_frame);
+        out = put(convert(pushed), out);
         left = left.subspan(pushed.size());
         if (left.empty()) {
             std::fill(tail.begin(), tail.end(), 0.0);
@@ -131,7 +110,7 @@ void sinc_stream::push_out(std::span<double> tail, std::uint64_t last_frame, con
 }
 
 /// At most what an edge holds.
-std::size_t sinc_stream::input_frames_for(std::uint64_t output_frames) const noexcept {
+std::size_t sinc_stream::input_frames_for(std::size_t output_frames) const noexcept {
     const double frames = std::ceil(static_cast<double>(output_frames) / resampler_->ratio()) + 1.0;
     return static_cast<std::size_t>(std::min(frames, static_cast<double>(most_edge_frames)));
 }
@@ -139,38 +118,43 @@ std::size_t sinc_stream::input_frames_for(std::uint64_t output_frames) const noe
 void sinc_stream::make_room(std::size_t input_frames) {
     const double output_samples =
         2.0 * resampler_->ratio() * static_cast<double>(input_frames) * static_cast<double>(channels_);
-    converted_.grow(to_count(output_samples + 0.5));
+    converted_.grow(to_count(output_samples + 0.5, 1));
     planned_frames_ = input_frames;
 }
 
-/// Output from the frame `last_frame` of the stream on is thrown away.
-void sinc_stream::convert(std::span<const double> frames, const sink& out, std::uint64_t last_frame) {
+/// What comes of the frames and is not to be discarded, in the work buffer until the next call.
+std::span<const double> sinc_stream::convert(std::span<const double> frames) {
     const std::size_t count = frames_in(frames);
     if (count > planned_frames_) {
         make_room(count + count % plan_granule_frames);
     }
     const std::size_t made = resampler_->process(frames, {converted_.data(), converted_.capacity()});
-    const auto discarded = static_cast<std::size_t>(std::min<std::uint64_t>(made, discarded_frames_));
+    const std::size_t discarded = std::min(made, discarded_frames_);
     discarded_frames_ -= discarded;
-    const auto taken =
-        static_cast<std::size_t>(std::min<std::uint64_t>(made - discarded, last_frame - total_out_frames_));
-    if (taken != 0) {
-        out({converted_.data() + discarded * channels_, taken * channels_});
-        total_out_frames_ += taken;
+    return {converted_.data() + discarded * channels_, (made - discarded) * channels_};
+}
+
+void sinc_stream::give(std::span<const double> made, const sink& out) {
+    if (!made.empty()) {
+        out(made);
+        totals_.out_frames += frames_in(made);
     }
+}
+
+/// Copies as much as there is room for and answers the room that is left.
+std::span<double> sinc_stream::put(std::span<const double> made, std::span<double> room) noexcept {
+    const std::size_t taken = std::min(made.size(), room.size());
+    std::copy_n(made.begin(), taken, room.begin());
+    return room.subspan(taken);
 }
 
 void sinc_stream::rewind() noexcept {
     resampler_->rewind();
     is_primed_ = true;
-    total_in_frames_ = 0;
-    total_out_frames_ = 0;
+    totals_.in_frames = 0;
+    totals_.out_frames = 0;
     discarded_frames_ = 0;
     held_frames_ = 0;
-}
-
-double sinc_stream::latency_s() const noexcept {
-    return static_cast<double>(total_in_frames_) / input_hz_ - static_cast<double>(total_out_frames_) / target_hz_;
 }
 
 } // namespace kelvane

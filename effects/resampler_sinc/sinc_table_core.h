@@ -3,6 +3,8 @@
 
 #include "effects/resampler_sinc/sinc_quality_core.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <span>
 
 namespace kelvane {

@@ -10,6 +10,7 @@
 #include <functional>
 #include <limits>
 #include <numbers>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -156,11 +157,22 @@ TEST(LpcExtrapolator, SilenceGivesSilence) {
     }
 }
 
+/// Without a number in the history there is none to come; each sample is still written, and none beside them.
 TEST(LpcExtrapolator, AnyHistoryIsTaken) {
-    for (const double strange : {std::nan(""), 1e300, -std::numeric_limits<double>::infinity(), 1e-300, 1.0}) {
-        std::vector<double> history(65, strange);
-        EXPECT_EQ(continued(history, 40).size(), 40U) << strange; // and ends
-        EXPECT_EQ(continued(history, 0).size(), 0U) << strange;
+    constexpr float mark = 12345.0F;
+    constexpr float infinite = std::numeric_limits<float>::infinity();
+    constexpr float largest = std::numeric_limits<float>::max();
+    for (const float strange : {std::nanf(""), infinite, -infinite, largest, -largest, 1e-45F, 1.0F, -1.0F}) {
+        const std::vector<float> history(65, strange);
+        std::vector<float> made(42, mark);
+        extrapolate(history, std::span(made).subspan(1, 40));
+        EXPECT_EQ(made.front(), mark) << strange;
+        EXPECT_EQ(made.back(), mark) << strange;
+        for (std::size_t n = 1; n <= 40; ++n) {
+            EXPECT_NE(made[n], mark) << strange << ", sample " << n;
+            EXPECT_EQ(std::isfinite(made[n]), std::isfinite(strange)) << strange << ", sample " << n;
+        }
+        extrapolate(history, {});
     }
 }
 

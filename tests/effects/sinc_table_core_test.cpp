@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <string>
 #include <vector>
 
 namespace kelvane {
@@ -79,6 +80,22 @@ TEST(SincTable, DeltasLeadToTheNextPhase) {
     }
 }
 
+/// Behind the last phase of the last tap the window ends, where the Kaiser windows have 1 ÷ I0(beta) left.
+TEST(SincTable, TheLastDeltaLeadsToTheEndOfTheWindow) {
+    for (const sinc_quality& quality : sinc_qualities) {
+        if (quality.window != sinc_window::kaiser) {
+            continue;
+        }
+        const designed_table table(quality, 1.0);
+        const std::size_t phase = table.design.phases - 1;
+        const std::size_t tap = table.design.taps - 1;
+        const double angle = pi * quality.cutoff * quality.sidelobes;
+        const double end = quality.cutoff * std::sin(angle) / angle * window_at(quality, 1.0);
+        const auto last = static_cast<double>(table.coefficient(phase, tap));
+        EXPECT_NEAR(static_cast<double>(table.delta(phase, tap)), end - last, 1e-5 * std::fabs(end)) << quality.name;
+    }
+}
+
 TEST(SincTable, KeepsTheLevelOfAConstant) {
     struct row {
         std::size_t quality;
@@ -117,6 +134,39 @@ TEST(SincTable, FilterLengths) {
     for (const row& expected : rows) {
         EXPECT_EQ(design_sinc(sinc_qualities[expected.quality], expected.ratio).taps, expected.taps)
             << sinc_qualities[expected.quality].name << ", ratio " << expected.ratio;
+    }
+}
+
+TEST(SincQuality, TheLevels) {
+    struct row {
+        std::string name;
+        std::string description;
+        double cutoff;
+        std::uint32_t sidelobes;
+        std::uint32_t phase_bits;
+        std::uint32_t subphase_bits;
+        std::uint32_t window; ///< 1 Kaiser, 2 Lanczos
+        float kaiser_beta;
+    };
+    const std::vector<row> rows{
+        {"Lowest", "Fastest sinc interpolation, SNR about 40 dB", 0.98, 2, 12, 10, 2, 0.0F},
+        {"Lower", "Faster sinc interpolation, SNR about 55 dB", 0.98, 4, 12, 10, 2, 0.0F},
+        {"Normal", "Fast sinc interpolation, SNR about 70 dB", 0.825, 8, 8, 16, 1, 5.5F},
+        {"Higher", "Higher quality sinc interpolation, SNR about 110 dB", 0.9, 32, 10, 14, 1, 10.5F},
+        {"Highest", "Highest quality sinc interpolation, SNR about 140 dB", 0.962, 128, 10, 14, 1, 14.5F},
+    };
+    ASSERT_EQ(sinc_qualities.size(), rows.size());
+    for (std::size_t index = 0; index < rows.size(); ++index) {
+        const sinc_quality& quality = sinc_qualities[index];
+        const row& expected = rows[index];
+        EXPECT_EQ(quality.name, expected.name) << index;
+        EXPECT_EQ(quality.description, expected.description) << index;
+        EXPECT_EQ(quality.cutoff, expected.cutoff) << index;
+        EXPECT_EQ(quality.sidelobes, expected.sidelobes) << index;
+        EXPECT_EQ(quality.phase_bits, expected.phase_bits) << index;
+        EXPECT_EQ(quality.subphase_bits, expected.subphase_bits) << index;
+        EXPECT_EQ(static_cast<std::uint32_t>(quality.window), expected.window) << index;
+        EXPECT_EQ(quality.kaiser_beta, expected.kaiser_beta) << index;
     }
 }
 

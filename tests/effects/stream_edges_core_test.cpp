@@ -29,13 +29,26 @@ TEST(StreamEdges, EachChannelGoesOnByItself) {
     for (const std::size_t channels : {1U, 2U, 6U}) {
         for (const std::size_t frames : {65U, 300U, 1024U}) {
             const auto last = noise(random, frames * channels, 0.9);
-            std::vector<double> after(77 * channels, untouched);
+            std::vector<double> after(frames * channels, untouched);
             fill_after(last, channels, after);
             for (std::size_t channel = 0; channel < channels; ++channel) {
                 EXPECT_EQ(bits_of(channel_of(after, channel, channels)),
-                          bits_of(literal_continuation(channel_of(last, channel, channels), 77)))
+                          bits_of(literal_continuation(channel_of(last, channel, channels), frames)))
                     << channel << " of " << channels << ", " << frames << " frames";
             }
+        }
+    }
+}
+
+/// Fewer frames than are known, and more of them.
+TEST(StreamEdges, AnyNumberOfFramesIsMade) {
+    random_source random(1);
+    for (const std::size_t known : {65U, 1024U}) {
+        const auto last = noise(random, known, 0.9);
+        for (const std::size_t frames : {1U, 77U, 1024U}) {
+            std::vector<double> after(frames, untouched);
+            fill_after(last, 1, after);
+            EXPECT_EQ(bits_of(after), bits_of(literal_continuation(last, frames))) << frames << " behind " << known;
         }
     }
 }
@@ -43,15 +56,18 @@ TEST(StreamEdges, EachChannelGoesOnByItself) {
 TEST(StreamEdges, TheWayInIsTheWayOutBackwards) {
     random_source random(1);
     for (const std::size_t channels : {1U, 2U, 6U}) {
-        const auto first = noise(random, 200 * channels, 0.9);
-        std::vector<double> before(200 * channels, untouched);
-        fill_before(first, channels, before);
-        for (std::size_t channel = 0; channel < channels; ++channel) {
-            auto backwards = channel_of(first, channel, channels);
-            std::reverse(backwards.begin(), backwards.end());
-            auto expected = literal_continuation(backwards, 200);
-            std::reverse(expected.begin(), expected.end());
-            EXPECT_EQ(bits_of(channel_of(before, channel, channels)), bits_of(expected)) << channel;
+        for (const std::size_t frames : {65U, 200U, 1024U}) {
+            const auto first = noise(random, frames * channels, 0.9);
+            std::vector<double> before(frames * channels, untouched);
+            fill_before(first, channels, before);
+            for (std::size_t channel = 0; channel < channels; ++channel) {
+                auto backwards = channel_of(first, channel, channels);
+                std::reverse(backwards.begin(), backwards.end());
+                auto expected = literal_continuation(backwards, frames);
+                std::reverse(expected.begin(), expected.end());
+                EXPECT_EQ(bits_of(channel_of(before, channel, channels)), bits_of(expected))
+                    << channel << " of " << channels << ", " << frames << " frames";
+            }
         }
     }
 }

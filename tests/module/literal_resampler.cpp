@@ -132,10 +132,8 @@ void literal_resampler::flush() {
 }
 
 void literal_resampler::end() {
-    if (converter_) {
-        change_format({});
-        converter_.reset();
-    }
+    change_format({});
+    converter_.reset();
 }
 
 double literal_resampler::latency_s() const {

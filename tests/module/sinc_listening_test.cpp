@@ -107,9 +107,11 @@ struct aligned_pair {
     double latest_frames; ///< of the output
 };
 
-/// Half an output frame at the rates that meet most often, and half an input frame going up.
+/// Half an output frame at the rates that meet most often, half an input frame going up, and nothing where the ratio is
+/// whole.
 const std::vector<aligned_pair> aligned_pairs{
-    {{44100, 48000}, 0.5}, {{44100, 96000}, 1.09}, {{22050, 48000}, 1.09}, {{8000, 44100}, 2.76}, {{48000, 44100}, 2.5},
+    {{44100, 48000}, 0.5},  {{44100, 88200}, 0.05},  {{22050, 44100}, 0.05}, {{44100, 96000}, 1.09},
+    {{22050, 48000}, 1.09}, {{44100, 192000}, 2.17}, {{8000, 44100}, 2.76},  {{48000, 44100}, 2.5},
 };
 
 void expect_delay(const aligned_pair& pair, std::uint32_t quality, double late) {

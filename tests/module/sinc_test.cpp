@@ -97,6 +97,18 @@ TEST(Sinc, TheNoticeComesOnceForEachFormatAlsoForTheTargetRate) {
     EXPECT_EQ(console.lines, (std::vector{notice_of(48000), notice_of(48000), notice_of(8000)}));
 }
 
+TEST(Sinc, TheNoticeComesAgainInTheNextPlayback) {
+    const kept_console console;
+    random_source random(1);
+    const auto effect = make_resampler(sinc_payload(48000, 2, true, "8000"));
+    const programme played = mono_noise(8000, 300, random);
+    for (std::size_t playback = 1; playback <= 3; ++playback) {
+        play_whole(*effect, played, end_of_track);
+        play_whole(*effect, played, end_of_playback);
+        EXPECT_EQ(console.lines, std::vector(playback, notice_of(8000)));
+    }
+}
+
 TEST(Sinc, WithoutAHostTheNoticeIsDropped) {
     random_source random(1);
     const programme played = mono_noise(8000, 300, random);
@@ -210,6 +222,31 @@ TEST(Sinc, NothingIsLostWhereTheWindowIsLongerThanWhatIsHeld) {
     for (const std::size_t frames : {1U, 500U, 1024U, 3000U, 44100U}) {
         const programme out = play_whole(*make_resampler(44100, 4), mono_noise(176400, frames, random));
         EXPECT_EQ(frames_of(out), expected_frames(frames, 176400, 44100)) << frames;
+    }
+}
+
+TEST(Sinc, TheEndOfAStreamIsOneBlock) {
+    struct row {
+        std::uint32_t input_hz;
+        std::uint32_t target_hz;
+        std::uint32_t quality;
+        std::size_t frames;
+        std::size_t due;
+    };
+    const row table[] = {
+        {44100, 48000, 2, 500, 544},   {44100, 48000, 2, 1, 1}, {8000, 96000, 0, 1023, 12276},
+        {176400, 44100, 4, 1023, 256}, // the window is longer than what is held: silence follows in pieces
+        {96000, 1000, 2, 1000, 10},
+    };
+    random_source random(1);
+    for (const row& line : table) {
+        const auto effect = make_resampler(line.target_hz, line.quality);
+        strict_list list;
+        list.append(noise(random, 2 * line.frames, 0.9), {line.input_hz, 2, 0x30});
+        effect->run(&list, nullptr, end_of_playback);
+        ASSERT_EQ(list.get_count(), 1U) << line.frames << " frames to " << line.target_hz;
+        EXPECT_EQ(list.at(0).get_sample_count(), line.due);
+        EXPECT_EQ(list.at(0).format(), (block_format{line.target_hz, 2, 0x30})) << line.target_hz;
     }
 }
 

@@ -96,7 +96,17 @@ velmora::sample_block* strict_list::insert_item(std::size_t index, std::size_t s
     }
     --insertions_left_;
     const auto place = blocks_.begin() + static_cast<std::ptrdiff_t>(index);
-    return blocks_.insert(place, std::make_unique<strict_block>(next_capacity(samples_hint)))->get();
+    return blocks_.insert(place, make_block(samples_hint))->get();
+}
+
+std::unique_ptr<strict_block> strict_list::make_block(std::size_t samples_hint) {
+    if (roomy_insertions_left_ == 0) {
+        auto block = std::make_unique<strict_block>();
+        block->refuse_growth();
+        return block;
+    }
+    --roomy_insertions_left_;
+    return std::make_unique<strict_block>(next_capacity(samples_hint));
 }
 
 std::size_t strict_list::next_capacity(std::size_t samples_hint) {

@@ -93,15 +93,21 @@ public:
 
     /// Inserts so many blocks more; then `insert_item` throws std::bad_alloc.
     void refuse_after(std::size_t insertions) noexcept { insertions_left_ = insertions; }
-    void refuse_no_more() noexcept { insertions_left_ = unlimited; }
+
+    /// The same, but then it inserts blocks without room that refuse to grow.
+    void refuse_room_after(std::size_t insertions) noexcept { roomy_insertions_left_ = insertions; }
+
+    void refuse_no_more() noexcept { insertions_left_ = roomy_insertions_left_ = unlimited; }
 
 private:
+    std::unique_ptr<strict_block> make_block(std::size_t samples_hint);
     std::size_t next_capacity(std::size_t samples_hint);
 
     static constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
 
     std::size_t insertions_ = 0;
     std::size_t insertions_left_ = unlimited;
+    std::size_t roomy_insertions_left_ = unlimited;
     std::vector<std::unique_ptr<strict_block>> blocks_;
 };
 
