@@ -10,20 +10,18 @@ namespace testing_support {
 
 namespace {
 
-void join(programme& joined, const strict_block& block) {
-    if (joined.empty() || !(joined.back().format == block.format())) {
-        joined.push_back({block.format(), {}});
+void join(programme& joined, const block_format& format, const std::vector<double>& samples) {
+    if (joined.empty() || !(joined.back().format == format)) {
+        joined.push_back({format, {}});
     }
-    const std::vector<double> samples = block.samples();
     joined.back().samples.insert(joined.back().samples.end(), samples.begin(), samples.end());
 }
 
-void run_and_join(velmora::effect_instance& effect, strict_list& list, std::uint32_t flags, programme& joined) {
-    host::abort_switch abort;
-    effect.run_abortable(&list, nullptr, flags, &abort);
+void run_and_join(const list_run& run, strict_list& list, std::uint32_t flags, programme& joined) {
+    run(list, flags);
     for (std::size_t i = 0; i < list.get_count(); ++i) {
         EXPECT_NE(list.at(i).get_sample_count(), 0U) << "a block without frames came out";
-        join(joined, list.at(i));
+        join(joined, list.at(i).format(), list.at(i).samples());
     }
     list = strict_list();
 }
@@ -61,7 +59,7 @@ programme noise_in(const std::vector<block_format>& formats, std::size_t frames,
     return made;
 }
 
-programme play(velmora::effect_instance& effect, const programme& played, const cutting& cut, std::uint32_t last_flags,
+programme play(const list_run& run, const programme& played, const cutting& cut, std::uint32_t last_flags,
                random_source& random) {
     programme joined;
     strict_list list;
@@ -69,12 +67,27 @@ programme play(velmora::effect_instance& effect, const programme& played, const 
     for (const stretch& block : cut_up(played, cut, random)) {
         list.append(block.samples, block.format);
         if (list.get_count() == blocks_in_this_call) {
-            run_and_join(effect, list, 0, joined);
+            run_and_join(run, list, 0, joined);
             blocks_in_this_call = pick(random, 1, cut.most_blocks_a_call);
         }
     }
-    run_and_join(effect, list, last_flags, joined);
+    run_and_join(run, list, last_flags, joined);
     return joined;
+}
+
+programme play(velmora::effect_instance& effect, const programme& played, const cutting& cut, std::uint32_t last_flags,
+               random_source& random) {
+    const auto run = [&effect](strict_list& list, std::uint32_t flags) {
+        host::abort_switch abort;
+        effect.run_abortable(&list, nullptr, flags, &abort);
+    };
+    return play(run, played, cut, last_flags, random);
+}
+
+void append(programme& joined, const programme& more) {
+    for (const stretch& one : more) {
+        join(joined, one.format, one.samples);
+    }
 }
 
 bool are_equal(const programme& a, const programme& b) {
