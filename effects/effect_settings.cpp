@@ -4,6 +4,7 @@
 #include "effects/crossfade/crossfader_words.h"
 #include "effects/crossfeed/crossfeed_words.h"
 #include "effects/resampler_sinc/sinc_words.h"
+#include "effects/resampler_ssrc/ssrc_words.h"
 #include "effects/silence/silence_words.h"
 
 #include <algorithm>
@@ -20,6 +21,7 @@ const settings_words* find_settings_words(const velmora::guid& effect) {
         made.push_back(crossfader_words());
         made.push_back(crossfeed_words());
         made.push_back(sinc_words());
+        made.push_back(ssrc_words());
         made.push_back(silence_words());
         return made;
     }();

@@ -15,6 +15,8 @@
 #include "effects/limiters/hard_limiter.h"
 #include "effects/resampler_sinc/sinc_dialog.h"
 #include "effects/resampler_sinc/sinc_effect.h"
+#include "effects/resampler_ssrc/ssrc_dialog.h"
+#include "effects/resampler_ssrc/ssrc_effect.h"
 #include "effects/silence/silence_dialog.h"
 #include "effects/silence/silence_effect.h"
 #include "frame/component_version.h"
@@ -43,6 +45,7 @@ using resampler = service_record<resampler_effect_factory<Effect, show_dialog>, 
 hidden_effect<layout_converter> layout_converter_record;
 hidden_effect<layout_limiter> layout_limiter_record;
 effect_with_dialog<crossfeed_filter, show_crossfeed_dialog> crossfeed_record;
+resampler<ssrc_resampler, show_ssrc_dialog> ssrc_resampler_record;
 plain_effect<downmix_to_stereo> downmix_to_stereo_record;
 plain_effect<downmix_to_mono> downmix_to_mono_record;
 resampler<sinc_resampler_effect, show_sinc_dialog> sinc_resampler_record;

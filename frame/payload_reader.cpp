@@ -52,4 +52,14 @@ std::uint8_t read_u8(payload_reader& payload) {
     return std::to_integer<std::uint8_t>(byte);
 }
 
+std::string read_text(payload_reader& payload) {
+    const std::size_t bytes = read_u32(payload);
+    if (bytes > payload.left()) {
+        throw velmora_io::exception_io_data_truncation();
+    }
+    std::string text(bytes, '\0');
+    payload.read_exact(text.data(), bytes, nullptr);
+    return text;
+}
+
 } // namespace kelvane

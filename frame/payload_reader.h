@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 
 namespace kelvane {
 
@@ -39,5 +40,8 @@ private:
 std::uint32_t read_u32(payload_reader& payload);
 std::int32_t read_i32(payload_reader& payload);
 std::uint8_t read_u8(payload_reader& payload);
+
+/// Text behind its length in bytes (32 bits). The length is a claim: nothing is allocated for text that is not there.
+std::string read_text(payload_reader& payload);
 
 } // namespace kelvane

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string_view>
 #include <vector>
 
 namespace kelvane {
@@ -15,6 +16,8 @@ public:
     payload_writer& i32(std::int32_t value) { return u32(static_cast<std::uint32_t>(value)); }
     payload_writer& u8(std::uint8_t value);
     payload_writer& bytes(std::span<const std::byte> values);
+    /// Its length in bytes (32 bits), then the text. Throws `mox::exception_overflow` for a longer one.
+    payload_writer& text(std::string_view text);
 
     const std::vector<std::byte>& payload() const noexcept { return payload_; }
 

@@ -32,7 +32,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// The settings of one effect. Payloads are those of its presets; a malformed one is read as the effect reads it.
+/// The settings of one effect. Payloads are those of its presets; a malformed one is read as the effect reads it, or
+/// refused as the effect refuses it, with `velmora_io::exception_io_data`.
 class settings_words {
 public:
     virtual ~settings_words() = default;

@@ -25,7 +25,7 @@ FADE_S = 3  # no track is shorter than two of them
 SEGMENT_FRAMES = RATE_HZ // 10  # Skip Silence cuts out whole ones, and what is left behind the last one
 EFFECTS = [
     # One rate for all tracks, so that the end of each can overlap the start of the next.
-    f"Resampler (RetroArch):rate={RATE_HZ},quality=Highest",
+    f"Resampler (dBpoweramp/SSRC):rate={RATE_HZ}",
     f"Crossfader:ms={FADE_S * 1000}",
     "Skip Silence:min_ms=1000,threshold_db=-60",
     # Out to six speakers and back to two: the sides come a little closer to each other, and the level stays.
@@ -59,7 +59,7 @@ def frames_told(summary):
 
 
 def converted(frames, rate_hz):
-    return int(frames / rate_hz * RATE_HZ + 0.5)
+    return frames * RATE_HZ // rate_hz
 
 
 def converted_in_all(sounds):

@@ -4,8 +4,6 @@
 #include "frame/payload_reader.h"
 #include "frame/payload_writer.h"
 
-#include <limits>
-
 namespace kelvane {
 
 namespace {
@@ -23,17 +21,6 @@ sinc_settings read_older_form(payload_reader& fields) {
     }
     settings.target_rate_hz = read_u32(fields);
     return settings;
-}
-
-/// The length is a claim: nothing is allocated for it before the text is seen to be there.
-std::string read_text(payload_reader& fields) {
-    const std::size_t bytes = read_u32(fields);
-    if (bytes > fields.left()) {
-        throw velmora_io::exception_io_data_truncation();
-    }
-    std::string text(bytes, '\0');
-    fields.read_exact(text.data(), bytes, nullptr);
-    return text;
 }
 
 void read_fields(payload_reader& fields, sinc_settings& settings) {
@@ -72,16 +59,7 @@ sinc_settings sinc_settings::read(std::span<const std::byte> payload) {
 }
 
 std::vector<std::byte> sinc_settings::write() const {
-    if (exclusions.size() > std::numeric_limits<std::uint32_t>::max()) {
-        throw mox::exception_overflow();
-    }
-    return payload_writer()
-        .u32(target_rate_hz)
-        .u32(quality)
-        .u8(excludes ? 1 : 0)
-        .u32(static_cast<std::uint32_t>(exclusions.size()))
-        .bytes(std::as_bytes(std::span(exclusions)))
-        .payload();
+    return payload_writer().u32(target_rate_hz).u32(quality).u8(excludes ? 1 : 0).text(exclusions).payload();
 }
 
 sinc_settings sinc_settings::for_rate(std::uint32_t target_rate_hz, double quality_fraction) {

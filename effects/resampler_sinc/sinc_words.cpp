@@ -2,6 +2,7 @@
 
 #include "effects/resampler_sinc/sinc_quality_core.h"
 #include "effects/resampler_sinc/sinc_settings.h"
+#include "frame/exclude_field.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -60,20 +61,6 @@ described_field<sinc_settings> quality_field() {
             }};
 }
 
-described_field<sinc_settings> exclude_field() {
-    return {{.name = "exclude",
-             .unit = "",
-             .range = "rates and ranges in Hz such as 44100;88200-96000, or nothing",
-             .meaning = "the input rates that are left alone",
-             .takes_rest = true},
-            [](const sinc_settings& settings) { return settings.excludes ? settings.exclusions : std::string(); },
-            [](sinc_settings& settings, std::string_view text) {
-                settings.exclusions = text;
-                settings.excludes = !text.empty();
-                return true;
-            }};
-}
-
 } // namespace
 
 std::unique_ptr<settings_words> sinc_words() {
@@ -84,7 +71,7 @@ std::unique_ptr<settings_words> sinc_words() {
                       .meaning = "the sample rate of the output"},
                      &sinc_settings::target_rate_hz),
         quality_field(),
-        exclude_field(),
+        exclude_field<sinc_settings>(),
     };
     return std::make_unique<struct_words<sinc_settings>>(std::move(fields));
 }

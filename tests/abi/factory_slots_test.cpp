@@ -54,6 +54,7 @@ TEST(FactorySlots, EffectsAreFoundByIdentityAndName) {
         {"{66131A69-35E4-4323-83B0-0737595D8507}", "Upmix to 7.1"},
         {"{AD158637-3B75-4749-A285-50362DCAF461}", "Crossfader"},
         {"{421C3E6E-F642-465D-8DBD-DEE5287561D6}", "Resampler (RetroArch)"},
+        {"{4D26D35C-5DA8-4F9C-AE8F-5A4C8B8FEE40}", "Resampler (dBpoweramp/SSRC)"},
         {"{D487D723-FD8C-4106-9023-5620AEA0A885}", "Meier Crossfeed"},
     };
     for (const auto& [identity, name] : effects) {
@@ -124,15 +125,18 @@ TEST(FactorySlots, AnEffectWithoutADialogDoesNotEdit) {
 }
 
 constexpr auto resampler = "{421C3E6E-F642-465D-8DBD-DEE5287561D6}";
+constexpr auto fft_resampler = "{4D26D35C-5DA8-4F9C-AE8F-5A4C8B8FEE40}";
 
 TEST(FactorySlots, AConverterAnswersToItsClassAndToItsBases) {
-    void* const factory = factory_of(resampler);
-    for (const auto asked :
-         {class_id::effect_factory, class_id::effect_factory_with_dialog, class_id::resampler_factory}) {
-        const guid_bytes asked_class = guid(asked);
-        void* out = nullptr;
-        EXPECT_TRUE(call<bool>(factory, service_slot::query, &out, &asked_class)) << asked;
-        EXPECT_EQ(out, factory) << asked;
+    for (const auto* const identity : {resampler, fft_resampler}) {
+        void* const factory = factory_of(identity);
+        for (const auto asked :
+             {class_id::effect_factory, class_id::effect_factory_with_dialog, class_id::resampler_factory}) {
+            const guid_bytes asked_class = guid(asked);
+            void* out = nullptr;
+            EXPECT_TRUE(call<bool>(factory, service_slot::query, &out, &asked_class)) << identity << ' ' << asked;
+            EXPECT_EQ(out, factory) << identity << ' ' << asked;
+        }
     }
     const guid_bytes resampler_class = guid(class_id::resampler_factory);
     void* out = nullptr;
@@ -142,36 +146,43 @@ TEST(FactorySlots, AConverterAnswersToItsClassAndToItsBases) {
 
 TEST(FactorySlots, AConverterTellsWhatItConverts) {
     struct row {
+        const char* identity;
         std::uint32_t source_hz;
         std::uint32_t target_hz;
         bool expected;
     };
-    for (const row& line : {row{44100, 48000, true}, row{48000, 8000, true}, row{0, 48000, false}, row{48000, 0, false},
-                            row{384000, 1500, false}}) {
-        EXPECT_EQ(
-            call<bool>(factory_of(resampler), factory_slot::is_conversion_supported, line.source_hz, line.target_hz),
-            line.expected)
-            << line.source_hz << " to " << line.target_hz;
+    for (const row& line :
+         {row{resampler, 44100, 48000, true}, row{resampler, 48000, 8000, true}, row{resampler, 0, 48000, false},
+          row{resampler, 48000, 0, false}, row{resampler, 384000, 1500, false}, row{fft_resampler, 44100, 48000, true},
+          row{fft_resampler, 384000, 1500, true}, row{fft_resampler, 0, 48000, false},
+          row{fft_resampler, 48000, 0, false}, row{fft_resampler, 12000, 352800, false}}) {
+        EXPECT_EQ(call<bool>(factory_of(line.identity), factory_slot::is_conversion_supported, line.source_hz,
+                             line.target_hz),
+                  line.expected)
+            << line.identity << ' ' << line.source_hz << " to " << line.target_hz;
     }
 }
 
 TEST(FactorySlots, AConverterMakesPresets) {
     struct row {
+        const char* identity;
         double quality;
         std::uint8_t level;
     };
-    for (const auto& [quality, level] : {row{0.0, 0}, row{0.2, 1}, row{0.5, 2}, row{0.6, 3}, row{1.0, 4}}) {
+    for (const auto& [identity, quality, level] :
+         {row{resampler, 0.0, 0}, row{resampler, 0.2, 1}, row{resampler, 0.5, 2}, row{resampler, 0.6, 3},
+          row{resampler, 1.0, 4}, row{fft_resampler, 0.0, 0}, row{fft_resampler, 1.0, 0}}) {
         hand_made_preset preset;
         preset.payload = {1, 2, 3};
-        call<void>(factory_of(resampler), factory_slot::make_preset, &preset, std::uint32_t{96000}, quality);
-        EXPECT_EQ(preset.owner, guid(resampler)) << quality;
+        call<void>(factory_of(identity), factory_slot::make_preset, &preset, std::uint32_t{96000}, quality);
+        EXPECT_EQ(preset.owner, guid(identity)) << quality;
         EXPECT_EQ(preset.payload, (std::vector<std::uint8_t>{0, 0x77, 1, 0, level, 0, 0, 0, 0, 0, 0, 0, 0})) << quality;
     }
 }
 
 #ifndef _WIN32
 TEST(FactorySlots, ADialogThatIsAskedForSaysWhereThereAreNone) {
-    for (const auto* const identity : {resampler, "{D487D723-FD8C-4106-9023-5620AEA0A885}"}) {
+    for (const auto* const identity : {resampler, fft_resampler, "{D487D723-FD8C-4106-9023-5620AEA0A885}"}) {
         void* const factory = factory_of(identity);
         const hand_made_preset preset = default_preset_of(factory);
         hand_made_service callback; // is never called: any object will do

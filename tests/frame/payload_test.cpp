@@ -78,9 +78,30 @@ TEST(PayloadReader, NumbersAreLittleEndian) {
     EXPECT_EQ(thrown_text<truncation>([&] { read_u8(reader); }), truncated);
 }
 
+TEST(PayloadReader, ATextStandsBehindItsLength) {
+    const auto payload = bytes({2, 0, 0, 0, 'a', 0, 'b'});
+    payload_reader reader(payload);
+    EXPECT_EQ(read_text(reader), std::string("a\0", 2));
+    EXPECT_EQ(reader.left(), 1U);
+    const auto empty = bytes({0, 0, 0, 0});
+    payload_reader at_end(empty);
+    EXPECT_EQ(read_text(at_end), "");
+}
+
+TEST(PayloadReader, ATextThatIsNotThereIsNotAllocated) {
+    for (const auto& payload : {bytes({3, 0, 0, 0, 'a', 'b'}), bytes({255, 255, 255, 255, 'a'}), bytes({0, 0, 0})}) {
+        payload_reader reader(payload);
+        EXPECT_EQ(thrown_text<truncation>([&] { read_text(reader); }), truncated) << payload.size();
+    }
+}
+
 TEST(PayloadWriter, IsTheMirrorOfTheReader) {
     const auto expected = bytes({0x78, 0x56, 0x34, 0x12, 0xFE, 0xFF, 0xFF, 0xFF, 0x80, 7, 8});
     EXPECT_EQ(payload_writer().u32(0x12345678).i32(-2).u8(0x80).bytes(bytes({7, 8})).payload(), expected);
+}
+
+TEST(PayloadWriter, PutsATextBehindItsLength) {
+    EXPECT_EQ(payload_writer().text("ab").text("").payload(), bytes({2, 0, 0, 0, 'a', 'b', 0, 0, 0, 0}));
 }
 
 /// One number; a preset that holds less is malformed.

@@ -1,4 +1,5 @@
 #include "effects/effect_settings.h"
+#include "frame/exceptions.h"
 #include "host/settings/preset_file.h"
 #include "host/settings/step_text.h"
 #include "host/settings/worded_settings.h"
@@ -196,7 +197,11 @@ TEST(SettingsCatalogue, NoPayloadOfRandomBytesDoesHarm) {
             std::vector<std::uint8_t> payload(testing_support::pick(random, 0, round % 3 == 0 ? 65536 : 40));
             std::generate(payload.begin(), payload.end(), [&] { return static_cast<std::uint8_t>(random()); });
             fuzzed.set_data(payload.data(), payload.size());
-            EXPECT_EQ(describe_settings(fuzzed).empty(), !(effect.has_dialog || effect.is_hidden())) << effect.name;
+            try {
+                EXPECT_EQ(describe_settings(fuzzed).empty(), !(effect.has_dialog || effect.is_hidden())) << effect.name;
+            } catch (const velmora_io::exception_io_data&) {
+                EXPECT_EQ(effect.name, "Resampler (dBpoweramp/SSRC)"); // the one that refuses a rate
+            }
         }
     }
 }

@@ -173,7 +173,7 @@ programme play(chain& effects, const album& tracks, const cutting& cut, std::uin
     programme heard;
     for (const programme& track : tracks) {
         const std::uint32_t flags = end_of_track | (&track == &tracks.back() ? flags_behind_last : 0U);
-        append(heard, play(run, track, cut, flags, random));
+        join(heard, play(run, track, cut, flags, random));
     }
     return heard;
 }

@@ -24,11 +24,6 @@ host::service_ptr<velmora::effect_instance> make_with(const std::vector<std::uin
     return host::instantiate(effect, settings);
 }
 
-programme play_whole(velmora::effect_instance& effect, const programme& played) {
-    random_source random(1);
-    return play(effect, played, {100'000, 1}, end_of_playback, random);
-}
-
 /// What one side's impulse gives two frames later: the strength over the rate, taken from the side.
 double impulse_answer(velmora::effect_instance& effect, std::uint32_t rate_hz) {
     programme impulse{{{rate_hz, 2, 0x3}, std::vector<double>(8)}};

@@ -145,13 +145,4 @@ double literal_resampler::latency_s() const {
     return static_cast<double>(taken_) / format_.sample_rate_hz - static_cast<double>(emitted_) / target_hz_;
 }
 
-void join(programme& all, const programme& more) {
-    for (const stretch& one : more) {
-        if (all.empty() || !(all.back().format == one.format)) {
-            all.push_back({one.format, {}});
-        }
-        all.back().samples.insert(all.back().samples.end(), one.samples.begin(), one.samples.end());
-    }
-}
-
 } // namespace testing_support

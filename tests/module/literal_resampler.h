@@ -49,7 +49,4 @@ private:
     std::uint64_t allowed_ = UINT64_MAX; ///< frames that may still come out
 };
 
-/// Puts `more` behind `all`; stretches of one format become one.
-void join(programme& all, const programme& more);
-
 } // namespace testing_support

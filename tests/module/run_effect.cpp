@@ -10,18 +10,11 @@ namespace testing_support {
 
 namespace {
 
-void join(programme& joined, const block_format& format, const std::vector<double>& samples) {
-    if (joined.empty() || !(joined.back().format == format)) {
-        joined.push_back({format, {}});
-    }
-    joined.back().samples.insert(joined.back().samples.end(), samples.begin(), samples.end());
-}
-
 void run_and_join(const list_run& run, strict_list& list, std::uint32_t flags, programme& joined) {
     run(list, flags);
     for (std::size_t i = 0; i < list.get_count(); ++i) {
         EXPECT_NE(list.at(i).get_sample_count(), 0U) << "a block without frames came out";
-        join(joined, list.at(i).format(), list.at(i).samples());
+        join(joined, {{list.at(i).format(), list.at(i).samples()}});
     }
     list = strict_list();
 }
@@ -48,6 +41,15 @@ std::size_t frames_of(const programme& played) {
         frames += one.frames();
     }
     return frames;
+}
+
+void join(programme& all, const programme& more) {
+    for (const stretch& one : more) {
+        if (all.empty() || !(all.back().format == one.format)) {
+            all.push_back({one.format, {}});
+        }
+        all.back().samples.insert(all.back().samples.end(), one.samples.begin(), one.samples.end());
+    }
 }
 
 programme noise_in(const std::vector<block_format>& formats, std::size_t frames, double amplitude,
@@ -84,10 +86,9 @@ programme play(velmora::effect_instance& effect, const programme& played, const 
     return play(run, played, cut, last_flags, random);
 }
 
-void append(programme& joined, const programme& more) {
-    for (const stretch& one : more) {
-        join(joined, one.format, one.samples);
-    }
+programme play_whole(velmora::effect_instance& effect, const programme& played, std::uint32_t flags) {
+    random_source random(1);
+    return play(effect, played, {1'000'000, 1}, flags, random);
 }
 
 bool are_equal(const programme& a, const programme& b) {

@@ -24,6 +24,9 @@ using programme = std::vector<stretch>;
 /// Frames of all stretches.
 std::size_t frames_of(const programme& played);
 
+/// Puts `more` behind `all`; stretches of one format become one.
+void join(programme& all, const programme& more);
+
 /// One stretch of noise in each format.
 programme noise_in(const std::vector<block_format>& formats, std::size_t frames, double amplitude,
                    random_source& random);
@@ -46,8 +49,9 @@ programme play(const list_run& run, const programme& played, const cutting& cut,
 programme play(velmora::effect_instance& effect, const programme& played, const cutting& cut, std::uint32_t last_flags,
                random_source& random);
 
-/// Puts `more` behind `joined`; where both are of one format it is one stretch.
-void append(programme& joined, const programme& more);
+/// The same in one call.
+programme play_whole(velmora::effect_instance& effect, const programme& played,
+                     std::uint32_t flags = velmora::run_flag::end_of_playback);
 
 /// Whether formats and samples are equal, bit for bit.
 bool are_equal(const programme& a, const programme& b);

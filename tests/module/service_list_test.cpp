@@ -43,6 +43,7 @@ const std::vector<service_row> expected_services{
     {effect_class, "{421C3E6E-F642-465D-8DBD-DEE5287561D6}", "Resampler (RetroArch)"},
     {effect_class, "{EFC441DD-C7B4-4F34-974A-D3058F3A1BDE}", "Downmix channels to mono"},
     {effect_class, "{866233BB-C466-43E6-AFC4-8B7BE563D912}", "Downmix channels to stereo"},
+    {effect_class, "{4D26D35C-5DA8-4F9C-AE8F-5A4C8B8FEE40}", "Resampler (dBpoweramp/SSRC)"},
     {effect_class, "{D487D723-FD8C-4106-9023-5620AEA0A885}", "Meier Crossfeed"},
     {layout_class, "{8D7DED25-A094-49BF-810C-863F522D77EF}", ""},
     {layout_class, "{B3BDC598-C578-4662-8288-D177B2155DB2}", ""},
@@ -78,6 +79,7 @@ TEST(ServiceList, HoldsTheServicesInTheirOrder) {
     for (velmora::service_factory* const record : built_module().services()) {
         found.push_back(describe(*record));
     }
+    EXPECT_EQ(found.size(), 19U);
     EXPECT_EQ(found, expected_services);
 }
 

@@ -1,4 +1,4 @@
-#include "host/objects/api.h"
+#include "tests/module/kept_console.h"
 #include "tests/module/literal_resampler.h"
 #include "tests/module/run_effect.h"
 #include "tests/module/sinc_preset.h"
@@ -27,11 +27,6 @@ std::size_t expected_frames(std::size_t frames, std::uint32_t input_hz, std::uin
 
 programme mono_noise(std::uint32_t rate_hz, std::size_t frames, random_source& random) {
     return noise_in({{rate_hz, 1, 0x4}}, frames, 0.9, random);
-}
-
-programme play_whole(velmora::effect_instance& effect, const programme& played, std::uint32_t flags = end_of_playback) {
-    random_source random(1);
-    return play(effect, played, {1'000'000, 1}, flags, random);
 }
 
 TEST(Sinc, TheTargetRatePassesBitForBitAtOnce) {
@@ -73,20 +68,6 @@ TEST(Sinc, AQualityWithoutALevelIsNormal) {
         EXPECT_TRUE(are_equal(play_whole(*make_resampler(48000, quality), played), normal)) << quality;
     }
 }
-
-/// A host whose console is kept, for as long as this lives.
-class kept_console {
-public:
-    kept_console() : api_([this](std::string_view line) { lines.emplace_back(line); }) { enter_built_module(&api_); }
-    ~kept_console() { enter_built_module(nullptr); }
-    kept_console(const kept_console&) = delete;
-    kept_console& operator=(const kept_console&) = delete;
-
-    std::vector<std::string> lines;
-
-private:
-    host::api api_;
-};
 
 std::string notice_of(std::uint32_t rate_hz) {
     return "Resampler (RetroArch): " + std::to_string(rate_hz) + " Hz sample rate is excluded";
