@@ -16,6 +16,7 @@ matplotlib.use("Agg")
 import matplotlib.pyplot as plt  # noqa: E402 - the choice above must come first
 import numpy as np  # noqa: E402
 
+from sweep_pictures import save_small  # noqa: E402
 import vorbis  # noqa: E402
 
 MUSIC_FOLDER = Path("/usr/share/games/etr/music")
@@ -125,7 +126,7 @@ def draw(before, after, path):
     both[0].set_ylabel("kHz")
     both[0].set_ylim(0, RATE_HZ / 2000)
     figure.colorbar(image, ax=both, label="dB of a full-scale sine, left + right")
-    figure.savefig(path, dpi=100, metadata={"Software": None})
+    save_small(figure, path)
 
 
 def draw_track(host_program, path):
