@@ -10,9 +10,8 @@ namespace testing_support {
 
 namespace {
 
-void run_and_join(velmora::effect_instance& effect, strict_list& list, std::uint32_t flags, programme& joined) {
-    host::abort_switch abort;
-    effect.run_abortable(&list, nullptr, flags, &abort);
+void run_and_join(const list_run& run, strict_list& list, std::uint32_t flags, programme& joined) {
+    run(list, flags);
     for (std::size_t i = 0; i < list.get_count(); ++i) {
         EXPECT_NE(list.at(i).get_sample_count(), 0U) << "a block without frames came out";
         join(joined, {{list.at(i).format(), list.at(i).samples()}});
@@ -62,7 +61,7 @@ programme noise_in(const std::vector<block_format>& formats, std::size_t frames,
     return made;
 }
 
-programme play(velmora::effect_instance& effect, const programme& played, const cutting& cut, std::uint32_t last_flags,
+programme play(const list_run& run, const programme& played, const cutting& cut, std::uint32_t last_flags,
                random_source& random) {
     programme joined;
     strict_list list;
@@ -70,12 +69,21 @@ programme play(velmora::effect_instance& effect, const programme& played, const 
     for (const stretch& block : cut_up(played, cut, random)) {
         list.append(block.samples, block.format);
         if (list.get_count() == blocks_in_this_call) {
-            run_and_join(effect, list, 0, joined);
+            run_and_join(run, list, 0, joined);
             blocks_in_this_call = pick(random, 1, cut.most_blocks_a_call);
         }
     }
-    run_and_join(effect, list, last_flags, joined);
+    run_and_join(run, list, last_flags, joined);
     return joined;
+}
+
+programme play(velmora::effect_instance& effect, const programme& played, const cutting& cut, std::uint32_t last_flags,
+               random_source& random) {
+    const auto run = [&effect](strict_list& list, std::uint32_t flags) {
+        host::abort_switch abort;
+        effect.run_abortable(&list, nullptr, flags, &abort);
+    };
+    return play(run, played, cut, last_flags, random);
 }
 
 programme play_whole(velmora::effect_instance& effect, const programme& played, std::uint32_t flags) {

@@ -1,4 +1,4 @@
-// Whole playbacks through one effect.
+// Whole playbacks through an effect, or through whatever takes a list.
 #pragma once
 
 #include "tests/support/signals.h"
@@ -6,6 +6,7 @@
 #include "velmora/effect_instance.h"
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace testing_support {
@@ -36,8 +37,15 @@ struct cutting {
     std::size_t most_blocks_a_call;
 };
 
+/// Takes a list through what is tested; the flags are of `velmora::run_flag`.
+using list_run = std::function<void(strict_list& list, std::uint32_t flags)>;
+
 /// Plays the programme in blocks of random lengths; the last call carries `last_flags`. What comes out is joined into
 /// stretches of one format.
+programme play(const list_run& run, const programme& played, const cutting& cut, std::uint32_t last_flags,
+               random_source& random);
+
+/// The same through one effect.
 programme play(velmora::effect_instance& effect, const programme& played, const cutting& cut, std::uint32_t last_flags,
                random_source& random);
 

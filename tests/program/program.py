@@ -25,7 +25,7 @@ class Answer:
 
 
 def command(program, arguments):
-    runner = ["wine"] if IS_WINDOWS else []
+    runner = ["wine"] if program.suffix == ".exe" else []
     return [*runner, str(program), *map(str, arguments)]
 
 
