@@ -6,8 +6,7 @@ namespace kelvane {
 
 namespace {
 
-constexpr rate_limits limits{.lowest_hz = 1000, .highest_hz = 20'000'000};
-constexpr int normal_quality = 2;
+constexpr rate_limits limits{.lowest_hz = min_sinc_rate_hz, .highest_hz = max_sinc_rate_hz};
 
 bool is_in_list(int quality) {
     return quality >= 0 && quality < static_cast<int>(sinc_qualities.size());
@@ -18,7 +17,7 @@ bool is_in_list(int quality) {
 sinc_dialog_content show_in_sinc_dialog(const sinc_settings& settings) {
     const int quality = static_cast<int>(settings.quality);
     return {.rate = show_rate(settings.target_rate_hz),
-            .quality = is_in_list(quality) ? quality : normal_quality,
+            .quality = is_in_list(quality) ? quality : static_cast<int>(normal_sinc_quality),
             .excludes = settings.excludes,
             .exclusions = settings.exclusions};
 }
