@@ -31,8 +31,8 @@ const std::multimap<std::string, effect_case> cases{
     {"Advanced Limiter", {stereo_above_full_scale, {}}},
     {"Advanced Limiter", {surround_below_full_scale, {}}},
     {"Advanced Limiter", {surround_above_full_scale, {}}},
-    {"Resampler (dBpoweramp/SSRC)", {stereo, {0x80, 0xBB, 0, 0}}}, // to 48000 Hz
-    {"Resampler (dBpoweramp/SSRC)", {stereo, {0, 0x7D, 0, 0}}},    // to 32000 Hz
+    {"Resampler (dBpoweramp/SSRC)", {stereo_to_48_khz, {0x80, 0xBB, 0, 0}}},
+    {"Resampler (dBpoweramp/SSRC)", {stereo_to_32_khz, {0, 0x7D, 0, 0}}},
     {"Skip Silence", {stereo, {}}},
     {"Skip Silence", {stereo_silent, {}}},
 };

@@ -289,6 +289,19 @@ TEST(Ssrc, BlocksWithoutAudioOrSamplesChangeNothing) {
     EXPECT_TRUE(are_equal(out, converted({whole}, 48000)));
 }
 
+TEST(Ssrc, AnEmptyBlockIsDroppedWhateverItsFormat) {
+    random_source random(16);
+    const programme played = mono_noise(44100, 2000, random);
+    const auto effect = make_ssrc(48000);
+    EXPECT_TRUE(play_whole(*effect, played, 0).empty());
+    for (const block_format& format : {block_format{44100, 1, 0x4}, {96000, 2, 0x3}, {48000, 1, 0x4}, {0, 0, 0}}) {
+        strict_block empty({}, format);
+        EXPECT_FALSE(effect->on_block(&empty, nullptr)) << format.sample_rate_hz;
+    }
+    EXPECT_EQ(effect->get_latency(), 2000.0 / 44100);
+    EXPECT_TRUE(are_equal(play_whole(*effect, {}), converted(played, 48000)));
+}
+
 TEST(Ssrc, PresetsAreReadOrRefused) {
     const host::effect_entry& effect = built_effects().find(ssrc_name);
     struct row {

@@ -47,6 +47,17 @@ void give_back_aligned(void* block) noexcept {
     }
 }
 
+/// Whether the limit, or sense, forbids the block.
+bool is_refused(std::size_t bytes) noexcept {
+    if (left <= 0) {
+        return true;
+    }
+    if (left != no_limit) {
+        --left;
+    }
+    return bytes > std::numeric_limits<std::size_t>::max() / 2;
+}
+
 void* or_throw(void* memory) {
     if (memory == nullptr) {
         throw std::bad_alloc();
@@ -64,15 +75,12 @@ void* operator new(std::size_t bytes, std::align_val_t alignment) {
     return or_throw(aligned(bytes, static_cast<std::size_t>(alignment)));
 }
 
+void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
+    return is_refused(bytes) ? nullptr : counted(std::malloc(bytes == 0 ? 1 : bytes));
+}
+
 void* operator new(std::size_t bytes, std::align_val_t alignment, const std::nothrow_t&) noexcept {
-    if (left <= 0) {
-        return nullptr;
-    }
-    if (left != no_limit) {
-        --left;
-    }
-    return bytes > std::numeric_limits<std::size_t>::max() / 2 ? nullptr
-                                                               : aligned(bytes, static_cast<std::size_t>(alignment));
+    return is_refused(bytes) ? nullptr : aligned(bytes, static_cast<std::size_t>(alignment));
 }
 
 void operator delete(void* memory) noexcept {
@@ -80,6 +88,10 @@ void operator delete(void* memory) noexcept {
 }
 
 void operator delete(void* memory, std::size_t) noexcept {
+    give_back(memory);
+}
+
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
     give_back(memory);
 }
 
