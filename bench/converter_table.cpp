@@ -1,5 +1,7 @@
 #include "bench/converter_table.h"
 
+#include "bench/own_converters.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -9,7 +11,7 @@ namespace bench {
 
 namespace {
 
-const std::string own_family = own_converters().front().family;
+const std::string own_family = sinc_cores().front().family;
 const std::string family_of_like_taps = "libswresample";
 const std::array<std::string, 5> peer_families{family_of_like_taps, "zita-resampler", "speexdsp", "libsamplerate",
                                                "libsoxr"};

@@ -1,7 +1,7 @@
 // The results of the converters as tables for people.
 #pragma once
 
-#include "bench/tone_measure.h"
+#include "bench/measure/converters.h"
 
 #include <benchmark/benchmark.h>
 

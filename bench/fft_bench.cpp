@@ -81,7 +81,7 @@ struct conversion {
 
 subject converter_subject(const conversion& job, const std::vector<double>& source, const vector_kernels& kernels) {
     auto converter = std::make_shared<ssrc_converter>();
-    converter->set_up(float64_format(job.input_hz, job.channels), job.output_hz, {16384, 16384, 170, 100}, kernels);
+    converter->set_up(float64_format(job.input_hz, job.channels), job.output_hz, effect_quality, kernels);
     return {kernels.name, [converter, &source] {
                 if (!converter->process(std::as_bytes(std::span(source)), false)) {
                     throw std::runtime_error("the converter failed");

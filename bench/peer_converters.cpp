@@ -1,4 +1,4 @@
-#include "bench/converters.h"
+#include "bench/peer_converters.h"
 
 extern "C" {
 #include <libavutil/channel_layout.h>
@@ -59,10 +59,10 @@ private:
     std::size_t frames_ = 0;
 };
 
-/// In double precision, with a Kaiser window and as many taps as asked for.
+/// In double precision. Options as the library's users write them: "filter_size=64:cutoff=0.98".
 class swresample_peer final : public peer<double> {
 public:
-    swresample_peer(const conversion& wanted, int taps, int kaiser_beta) : peer(wanted), context_(swr_alloc()) {
+    swresample_peer(const conversion& wanted, const std::string& options) : peer(wanted), context_(swr_alloc()) {
         AVChannelLayout layout{};
         av_channel_layout_default(&layout, static_cast<int>(wanted.channels));
         SwrContext* context = context_.get();
@@ -70,9 +70,7 @@ public:
                                     AV_SAMPLE_FMT_DBL, static_cast<int>(wanted.input_hz), 0, nullptr) >= 0,
                 name);
         av_opt_set_sample_fmt(context, "internal_sample_fmt", AV_SAMPLE_FMT_DBLP, 0);
-        av_opt_set_int(context, "filter_size", taps, 0);
-        av_opt_set(context, "filter_type", "kaiser", 0);
-        av_opt_set_int(context, "kaiser_beta", kaiser_beta, 0);
+        require(av_set_options_string(context, options.c_str(), "=", ":") >= 0, name);
         require(swr_init(context) >= 0, name);
     }
 
@@ -198,12 +196,29 @@ converter_kind kind(std::string family, std::string setting, Numbers... numbers)
             [=](const conversion& wanted) { return std::make_unique<Peer>(wanted, numbers...); }};
 }
 
+std::vector<converter_kind> samplerate_kinds() {
+    return {kind<samplerate_peer>("libsamplerate", "linear", static_cast<int>(SRC_LINEAR)),
+            kind<samplerate_peer>("libsamplerate", "fastest", static_cast<int>(SRC_SINC_FASTEST)),
+            kind<samplerate_peer>("libsamplerate", "medium", static_cast<int>(SRC_SINC_MEDIUM_QUALITY)),
+            kind<samplerate_peer>("libsamplerate", "best", static_cast<int>(SRC_SINC_BEST_QUALITY))};
+}
+
+template <class Sample>
+converter_kind soxr_kind(const char* setting, unsigned long recipe) {
+    return kind<soxr_peer<Sample>>("libsoxr", setting, recipe);
+}
+
+void append(std::vector<converter_kind>& kinds, const std::vector<converter_kind>& more) {
+    kinds.insert(kinds.end(), more.begin(), more.end());
+}
+
 } // namespace
 
-std::vector<converter_kind> peer_converters() {
+std::vector<converter_kind> speed_peers() {
     std::vector<converter_kind> kinds;
     for (const auto& [taps, beta] : {std::pair(4, 4), {8, 6}, {16, 6}, {64, 11}, {256, 15}}) {
-        kinds.push_back(kind<swresample_peer>("libswresample", fmt::format("{} taps", taps), taps, beta));
+        kinds.push_back(kind<swresample_peer>("libswresample", fmt::format("{} taps", taps),
+                                              fmt::format("filter_size={}:kaiser_beta={}", taps, beta)));
     }
     for (const unsigned half_length : {8U, 16U, 32U, 48U, 64U, 96U}) {
         kinds.push_back(kind<zita_peer>("zita-resampler", fmt::format("{}", half_length), half_length));
@@ -211,15 +226,19 @@ std::vector<converter_kind> peer_converters() {
     for (const int quality : {0, 1, 2, 3, 4, 5, 7, 10}) {
         kinds.push_back(kind<speex_peer>("speexdsp", fmt::format("{}", quality), quality));
     }
-    kinds.push_back(kind<samplerate_peer>("libsamplerate", "linear", static_cast<int>(SRC_LINEAR)));
-    kinds.push_back(kind<samplerate_peer>("libsamplerate", "fastest", static_cast<int>(SRC_SINC_FASTEST)));
-    kinds.push_back(kind<samplerate_peer>("libsamplerate", "medium", static_cast<int>(SRC_SINC_MEDIUM_QUALITY)));
-    kinds.push_back(kind<samplerate_peer>("libsamplerate", "best", static_cast<int>(SRC_SINC_BEST_QUALITY)));
-    kinds.push_back(kind<soxr_peer<float>>("libsoxr", "QQ", static_cast<unsigned long>(SOXR_QQ)));
-    kinds.push_back(kind<soxr_peer<float>>("libsoxr", "LQ", static_cast<unsigned long>(SOXR_LQ)));
-    kinds.push_back(kind<soxr_peer<float>>("libsoxr", "MQ", static_cast<unsigned long>(SOXR_MQ)));
-    kinds.push_back(kind<soxr_peer<double>>("libsoxr", "HQ", static_cast<unsigned long>(SOXR_HQ)));
-    kinds.push_back(kind<soxr_peer<double>>("libsoxr", "VHQ", static_cast<unsigned long>(SOXR_VHQ)));
+    append(kinds, samplerate_kinds());
+    append(kinds, {soxr_kind<float>("QQ", SOXR_QQ), soxr_kind<float>("LQ", SOXR_LQ), soxr_kind<float>("MQ", SOXR_MQ),
+                   soxr_kind<double>("HQ", SOXR_HQ), soxr_kind<double>("VHQ", SOXR_VHQ)});
+    return kinds;
+}
+
+std::vector<converter_kind> quality_peers() {
+    const std::string long_filter = "filter_size=256:cutoff=0.98";
+    std::vector<converter_kind> kinds{soxr_kind<double>("HQ", SOXR_HQ), soxr_kind<double>("VHQ", SOXR_VHQ),
+                                      soxr_kind<double>("VHQ steep", SOXR_VHQ | SOXR_STEEP_FILTER)};
+    append(kinds, samplerate_kinds());
+    append(kinds, {kind<swresample_peer>("libswresample", "default", std::string()),
+                   kind<swresample_peer>("libswresample", long_filter, long_filter)});
     return kinds;
 }
 

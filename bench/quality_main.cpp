@@ -1,10 +1,14 @@
-// kelvane-sinc-quality FOLDER: a table of what our converter's levels and its peers do to audio on standard
-// output, and in the folder our levels' converted sweeps, LEVEL_up.f64 and LEVEL_down.f64: raw doubles at 96000 and
+// kelvane-quality FOLDER: on standard output a table of what the module's converters and their peers do to audio, and
+// in the folder the sweeps that the pictures show, converted: NAME_up.f64 and NAME_down.f64, raw doubles at 96000 and
 // 44100 Hz.
-#include "bench/quality_measure.h"
+#include "bench/measure/latency.h"
+#include "bench/measure/quality.h"
+#include "bench/own_converters.h"
+#include "bench/peer_converters.h"
 
 #include <fmt/format.h>
 
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -12,18 +16,49 @@
 
 namespace {
 
+constexpr bench::conversion up{44100, 48000, 1};
+constexpr bench::conversion down{48000, 44100, 1};
 constexpr double sweep_s = 8.0;
+const std::string pictured_peer = "libsoxr VHQ steep";
 
 void print_head() {
-    fmt::print("| converter | 997 Hz (dB) | 15 kHz (dB) | -0.1 dB (Hz) | -3 dB (Hz) | image of 20 kHz (dB) | "
-               "of 15 kHz (dB) | alias at 20 kHz (dB) | at 15 kHz (dB) |\n|---|---|---|---|---|---|---|---|---|\n");
+    fmt::print("| converter | 997 Hz (dB) | 15 kHz (dB) | -0.1 dB (Hz) | -3 dB (Hz) | image of 20.5 kHz (dB) | "
+               "of 21.5 kHz (dB) | alias at 20.5 kHz (dB) | at 21.5 kHz (dB) | latency up (ms) | down (ms) |\n"
+               "|---|---|---|---|---|---|---|---|---|---|---|\n");
+}
+
+/// A dash for what does not exist.
+std::string figure(double value, int decimals) {
+    return std::isfinite(value) ? fmt::format("{:.{}f}", value, decimals) : "-";
+}
+
+/// Without the sign of a zero.
+std::string milliseconds(double time_s) {
+    return figure(std::round(1e4 * time_s) / 10.0 + 0.0, 1);
+}
+
+/// Least and most, or one figure where they are the same to a tenth.
+std::string latency_ms(const bench::converter_kind& kind, const bench::conversion& rates) {
+    const bench::latency measured = bench::measure_latency(kind, rates);
+    const std::string least = milliseconds(measured.least_s);
+    const std::string most = milliseconds(measured.most_s);
+    return least == most ? most : least + " to " + most;
+}
+
+void print_row(const std::string& name, const bench::tone_path& path, const std::string& latency_up,
+               const std::string& latency_down) {
+    fmt::print("| {} | {} | {} | {} | {} | {} | {} | {} | {} | {} | {} |\n", name,
+               figure(bench::signal_to_noise_db(path, up, 997.0), 1),
+               figure(bench::signal_to_noise_db(path, up, 15000.0), 1), figure(bench::edge_hz(path, up, 0.1), 0),
+               figure(bench::edge_hz(path, up, 3.0), 0), figure(bench::image_attenuation_db(path, up, 20500.0), 1),
+               figure(bench::image_attenuation_db(path, up, 21500.0), 1),
+               figure(bench::alias_attenuation_db(path, down, 20500.0), 1),
+               figure(bench::alias_attenuation_db(path, down, 21500.0), 1), latency_up, latency_down);
+    std::fflush(stdout);
 }
 
 void print_row(const bench::converter_kind& kind) {
-    const bench::converter_quality measured = bench::measure_quality(kind);
-    fmt::print("| {} | {:.1f} | {:.1f} | {:.0f} | {:.0f} | {:.1f} | {:.1f} | {:.1f} | {:.1f} |\n", kind.name(),
-               measured.low_tone_db, measured.high_tone_db, measured.edge_hz, measured.half_power_hz,
-               measured.near_image_db, measured.far_image_db, measured.near_alias_db, measured.far_alias_db);
+    print_row(kind.name(), bench::path_through(kind), latency_ms(kind, up), latency_ms(kind, down));
 }
 
 void write_samples(const std::filesystem::path& file, const std::vector<double>& samples) {
@@ -36,35 +71,37 @@ void write_samples(const std::filesystem::path& file, const std::vector<double>&
 }
 
 void write_sweeps(const bench::converter_kind& kind, const std::filesystem::path& folder) {
-    write_samples(folder / (kind.setting + "_up.f64"), bench::convert_sweep(kind, {44100, 96000, 1}, sweep_s));
-    write_samples(folder / (kind.setting + "_down.f64"), bench::convert_sweep(kind, {96000, 44100, 1}, sweep_s));
+    write_samples(folder / (kind.name() + "_up.f64"), bench::convert_sweep(kind, {44100, 96000, 1}, sweep_s));
+    write_samples(folder / (kind.name() + "_down.f64"), bench::convert_sweep(kind, {96000, 44100, 1}, sweep_s));
 }
 
 void measure_all(const std::filesystem::path& folder) {
     std::filesystem::create_directories(folder);
     print_head();
-    for (const bench::converter_kind& kind : bench::own_converters()) {
+    for (const bench::converter_kind& kind : bench::module_converters()) {
         print_row(kind);
         write_sweeps(kind, folder);
     }
-    for (const bench::converter_kind& kind : bench::peer_converters()) {
-        if (kind.family == "libsamplerate" || kind.family == "libsoxr") {
-            print_row(kind);
+    for (const bench::converter_kind& kind : bench::quality_peers()) {
+        print_row(kind);
+        if (kind.name() == pictured_peer) {
+            write_sweeps(kind, folder);
         }
     }
+    print_row("no converter: what the measurement sees", bench::ideal_path(), "-", "-");
 }
 
 } // namespace
 
 int main(int count, char** arguments) {
     if (count != 2) {
-        std::fputs("usage: kelvane-sinc-quality FOLDER\n", stderr);
+        std::fputs("usage: kelvane-quality FOLDER\n", stderr);
         return 2;
     }
     try {
         measure_all(arguments[1]);
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "kelvane-sinc-quality: %s\n", error.what());
+        std::fprintf(stderr, "kelvane-quality: %s\n", error.what());
         return 1;
     }
     return 0;

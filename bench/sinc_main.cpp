@@ -2,6 +2,9 @@
 // run. Takes Google Benchmark's options.
 #include "bench/bench_blocks.h"
 #include "bench/converter_table.h"
+#include "bench/measure/quality.h"
+#include "bench/own_converters.h"
+#include "bench/peer_converters.h"
 
 #include <array>
 
@@ -11,14 +14,8 @@ namespace {
 
 constexpr double low_tone_hz = 997.0;
 constexpr double high_tone_hz = 15000.0;
-constexpr std::size_t tone_frames = 50'000;
 
 const std::array<material, 3> materials{mono, stereo, surround};
-
-double signal_to_noise_db(const converter_kind& kind, const conversion& rates, double frequency_hz) {
-    const std::vector<double> out = convert_tone(kind, rates, frequency_hz, tone_frames);
-    return measure_tone(out, frequency_hz / rates.output_hz).signal_to_noise_db;
-}
 
 void register_speed(const converter_kind& kind, const conversion& rates, const material& input) {
     const auto run = [kind, rates, input](benchmark::State& state) {
@@ -34,13 +31,14 @@ void register_speed(const converter_kind& kind, const conversion& rates, const m
 }
 
 void register_all(converter_table& table) {
-    std::vector<converter_kind> kinds = own_converters();
-    const std::vector<converter_kind> peers = peer_converters();
+    std::vector<converter_kind> kinds = sinc_cores();
+    const std::vector<converter_kind> peers = speed_peers();
     kinds.insert(kinds.end(), peers.begin(), peers.end());
     for (const conversion& rates : {conversion{44100, 48000, 1}, {48000, 44100, 1}}) {
         for (const converter_kind& kind : kinds) {
-            table.add_row(kind, rates, signal_to_noise_db(kind, rates, low_tone_hz),
-                          signal_to_noise_db(kind, rates, high_tone_hz));
+            const tone_path path = path_through(kind);
+            table.add_row(kind, rates, signal_to_noise_db(path, rates, low_tone_hz),
+                          signal_to_noise_db(path, rates, high_tone_hz));
             for (const material& input : materials) {
                 register_speed(kind, rates, input);
             }

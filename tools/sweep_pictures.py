@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Draws spectrograms of the sweeps that kelvane-sinc-quality leaves: one picture, a row for each level."""
+"""Draws spectrograms of the sweeps that kelvane-quality leaves: a row for each converter."""
 
 import argparse
 import io
@@ -9,11 +9,16 @@ import matplotlib.pyplot as plt
 import numpy as np
 from PIL import Image
 
-LEVELS = ("Lowest", "Lower", "Normal", "Higher", "Highest")
 WINDOW_FRAMES = 2048
-WINDOW_KAISER_BETA = 20.0  # its sidelobes lie below the floor of the picture
+WINDOW_KAISER_BETA = 28.0  # its sidelobes lie below the floors of the pictures
 COLUMNS = 800
-FLOOR_DB = -160.0
+
+# Name of the picture, its converters from above, its darkest level in dB of full scale.
+SINC_LEVELS = ("Lowest", "Lower", "Normal", "Higher", "Highest")
+PICTURES = (
+    ("sinc_sweeps.png", [f"kelvane sinc {level}" for level in SINC_LEVELS], -160),
+    ("fft_sweeps.png", ["kelvane FFT", "libsoxr VHQ steep"], -200),
+)
 
 # Name of the file, rate of the output, what went in.
 DIRECTIONS = (
@@ -31,34 +36,37 @@ def spectrogram_db(samples):
     return 20.0 * np.log10(np.maximum(amplitudes, 1e-20)).T
 
 
-def draw(axes, samples, rate_hz):
+def draw(axes, samples, rate_hz, floor_db):
     seconds = len(samples) / rate_hz
     return axes.imshow(
         spectrogram_db(samples),
         origin="lower",
         aspect="auto",
         extent=(0.0, seconds, 0.0, rate_hz / 2000.0),
-        vmin=FLOOR_DB,
+        vmin=floor_db,
         vmax=0.0,
         cmap="magma",
     )
 
 
-def draw_all(folder):
-    figure, grid = plt.subplots(len(LEVELS), len(DIRECTIONS), figsize=(11, 15), constrained_layout=True)
-    for row, level in zip(grid, LEVELS):
+def draw_all(folder, converters, floor_db):
+    height_inches = 3 * len(converters)
+    figure, grid = plt.subplots(
+        len(converters), len(DIRECTIONS), figsize=(11, height_inches), constrained_layout=True, squeeze=False
+    )
+    for row, converter in zip(grid, converters):
         for axes, (direction, rate_hz, title) in zip(row, DIRECTIONS):
-            image = draw(axes, np.fromfile(folder / f"{level}_{direction}.f64"), rate_hz)
+            image = draw(axes, np.fromfile(folder / f"{converter}_{direction}.f64"), rate_hz, floor_db)
             axes.set_ylabel("kHz")
-            axes.set_title(f"{level}: {title}", fontsize=9)
+            axes.set_title(f"{converter}: {title}", fontsize=9)
     for axes in grid[-1]:
         axes.set_xlabel("seconds")
-    figure.colorbar(image, ax=grid, shrink=0.3, label="dB of full scale")
+    figure.colorbar(image, ax=grid, shrink=min(1.0, 4.5 / height_inches), label="dB of full scale")
     return figure
 
 
 def save_small(figure, picture):
-    """With a palette: a third of the size, and no difference to the eye."""
+    """With a palette: a third of the size, and little difference to the eye."""
     drawn = io.BytesIO()
     figure.savefig(drawn, dpi=72)
     Image.open(drawn).convert("RGB").quantize(256, Image.Quantize.MAXCOVERAGE).save(picture, optimize=True)
@@ -67,9 +75,10 @@ def save_small(figure, picture):
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("folder", type=Path, help="with the sweeps")
-    parser.add_argument("picture", type=Path, help="PNG file to write")
+    parser.add_argument("images", type=Path, help="folder to write to")
     arguments = parser.parse_args()
-    save_small(draw_all(arguments.folder), arguments.picture)
+    for name, converters, floor_db in PICTURES:
+        save_small(draw_all(arguments.folder, converters, floor_db), arguments.images / name)
 
 
 if __name__ == "__main__":

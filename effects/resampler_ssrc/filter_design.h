@@ -17,6 +17,10 @@ struct converter_quality {
     std::uint32_t transition_band_hz; ///< of the long filter, at most
 };
 
+/// The one that the effect uses.
+inline constexpr converter_quality effect_quality{
+    .down_filter_taps = 16384, .up_filter_taps = 16384, .attenuation_db = 170, .transition_band_hz = 100};
+
 /// A symmetric low-pass filter: a Kaiser-windowed sinc.
 struct low_pass {
     std::int64_t length; ///< odd

@@ -11,9 +11,6 @@ namespace kelvane {
 
 namespace {
 
-constexpr ssrc::converter_quality quality{
-    .down_filter_taps = 16384, .up_filter_taps = 16384, .attenuation_db = 170, .transition_band_hz = 100};
-
 constexpr std::uint32_t most_channels = 256;
 constexpr std::size_t most_samples = std::numeric_limits<std::uint32_t>::max() / sizeof(double);
 
@@ -77,7 +74,7 @@ bool ssrc_resampler::is_left_alone(std::uint32_t rate_hz) const {
 bool ssrc_resampler::set_up_for(const stream_format& format) {
     return format.channels <= most_described_channels &&
            converter_.set_up(ssrc::float64_format(format.sample_rate_hz, static_cast<std::uint16_t>(format.channels)),
-                             target_hz_, quality);
+                             target_hz_, ssrc::effect_quality);
 }
 
 void ssrc_resampler::on_playback_end(velmora::abort_signal*) {

@@ -1,4 +1,4 @@
-// Sample-rate converters under one roof: ours and its peers.
+// Sample-rate converters under one roof, for what measures them.
 #pragma once
 
 #include <cstdint>
@@ -19,8 +19,7 @@ struct conversion {
     double ratio() const { return static_cast<double>(output_hz) / input_hz; }
 };
 
-/// A running converter. A peer takes and gives the samples in the form that suits it best: 32-bit floats, save for
-/// libswresample and libsoxr at their full precision, which take doubles as ours does.
+/// A running converter.
 class converter {
 public:
     virtual ~converter() = default;
@@ -44,14 +43,7 @@ struct converter_kind {
     std::string name() const { return family + " " + setting; }
 };
 
-/// Each level of ours, by its name.
-std::vector<converter_kind> own_converters();
-
-/// libswresample with the taps of our levels, zita-resampler, speexdsp, libsamplerate and libsoxr at their settings. To
-/// make one throws std::runtime_error when the library refuses.
-std::vector<converter_kind> peer_converters();
-
-/// All output of the converter for the whole signal, in blocks of `block_frames`.
+/// All that comes out for the whole signal, which goes in in blocks; the stream is not ended.
 std::vector<double> convert_all(converter& used, std::span<const double> interleaved, std::size_t channels);
 
 } // namespace bench
