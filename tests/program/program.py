@@ -55,7 +55,7 @@ class Host:
 
     def __init__(self, folder, program=PROGRAM):
         self.folder = folder
-        self.program = program
+        self.program = Path(program)
 
     def run(self, *arguments, **options):
         """`options` are those of subprocess.run."""
