@@ -9,9 +9,6 @@ foreach(library CLI fmt nlohmann)
     file(CREATE_LINK /usr/include/${library} ${HEADER_ONLY_FOLDER}/${library} SYMBOLIC)
 endforeach()
 
-add_library(fmt_functions STATIC ${CMAKE_CURRENT_LIST_DIR}/fmt.cpp)
-target_include_directories(fmt_functions SYSTEM PRIVATE ${HEADER_ONLY_FOLDER})
-
 add_library(header_only_libraries INTERFACE)
 target_include_directories(header_only_libraries SYSTEM INTERFACE ${HEADER_ONLY_FOLDER})
-target_link_libraries(header_only_libraries INTERFACE fmt_functions)
+target_compile_definitions(header_only_libraries INTERFACE FMT_HEADER_ONLY)

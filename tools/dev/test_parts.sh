@@ -57,6 +57,7 @@ run_test_part() {
 needs_of_test_part() {
     case "$1" in
         style) echo format ;;
+        native) echo test abi "$(needs_of_variant native)" ;;
         windows) echo test run "$(needs_of_variant windows)" ;;
         clang) needs_of_variant clang ;;
         *) echo test "$(needs_of_variant "$1")" ;;
