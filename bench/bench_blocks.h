@@ -32,6 +32,7 @@ const material surround{"5.1", 6, 0x3F};
 const material surround_7_1{"7.1", 8, 0x63F};
 const material stereo_silent{"stereo, -80 dB", 2, 0x3, 1e-4};
 const material stereo_to_48_khz{"stereo, to 48 kHz", 2, 0x3};
+const material stereo_to_48_khz_at_best{"stereo, to 48 kHz, Highest", 2, 0x3};
 const material stereo_to_32_khz{"stereo, to 32 kHz", 2, 0x3};
 const material stereo_below_full_scale{"stereo, idle", 2, 0x3};
 const material stereo_above_full_scale{"stereo, reducing", 2, 0x3, 3.0};

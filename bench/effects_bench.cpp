@@ -31,6 +31,8 @@ const std::multimap<std::string, effect_case> cases{
     {"Advanced Limiter", {stereo_above_full_scale, {}}},
     {"Advanced Limiter", {surround_below_full_scale, {}}},
     {"Advanced Limiter", {surround_above_full_scale, {}}},
+    {"Resampler (RetroArch)", {stereo_to_48_khz, {0x80, 0xBB, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0}}},
+    {"Resampler (RetroArch)", {stereo_to_48_khz_at_best, {0x80, 0xBB, 0, 0, 4, 0, 0, 0, 0, 0, 0, 0, 0}}},
     {"Resampler (dBpoweramp/SSRC)", {stereo_to_48_khz, {0x80, 0xBB, 0, 0}}},
     {"Resampler (dBpoweramp/SSRC)", {stereo_to_32_khz, {0, 0x7D, 0, 0}}},
     {"Skip Silence", {stereo, {}}},

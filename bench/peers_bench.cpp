@@ -115,9 +115,9 @@ void register_copy_of_album() {
 
 std::vector<comparison> register_peers() {
     std::vector<comparison> comparisons;
-    for (const material& input :
-         {mono, stereo, stereo_silent, stereo_to_48_khz, stereo_to_32_khz, surround, surround_7_1,
-          stereo_below_full_scale, stereo_above_full_scale, surround_below_full_scale, surround_above_full_scale}) {
+    for (const material& input : {mono, stereo, stereo_silent, stereo_to_48_khz, stereo_to_48_khz_at_best,
+                                  stereo_to_32_khz, surround, surround_7_1, stereo_below_full_scale,
+                                  stereo_above_full_scale, surround_below_full_scale, surround_above_full_scale}) {
         register_copy(input);
     }
     for (const filter_peer& peer : filter_peers) {
