@@ -125,7 +125,7 @@ TEST(Sinc, ARateThatCannotBeConvertedIsABadAllocationAtItsFirstBlock) {
         {44100, 0, 2},
         {384000, 1500, 2},  // 2^24 ÷ ratio reaches 2^32
         {384000, 375, 0},   // 2^22 ÷ ratio
-        {1, 4294967295, 4}, // more output than there are addresses for
+        {1, 4294967295, 4}, // a step of 0.004, which is rounded to 0
     };
     random_source random(1);
     for (const row& line : table) {
@@ -404,6 +404,7 @@ TEST(SincFactory, TellsWhichConversionsItCanMake) {
         {0, 48000, false},        {44100, 0, false},      {384000, 8000, true},
         {384000, 1501, true},     {384000, 1500, false}, // 2^24 × 256 is 2^32
         {1000, 20'000'000, true}, {4294967295, 1, false}, {4294967295, 4294967295, true},
+        {1, 4294967295, true}, // though no converter can be made: two limits tell, both going down
     };
     for (const row& line : table) {
         EXPECT_EQ(factory()->is_conversion_supported(line.source_hz, line.target_hz), line.expected)
