@@ -19,7 +19,7 @@ public:
     void load(std::span<const double> interleaved) override {
         in_.assign(interleaved.begin(), interleaved.end());
         const std::size_t frames = in_.size() / channels_;
-        out_.resize(static_cast<std::size_t>(2.0 * core_->ratio() * static_cast<double>(frames) + 1.0) * channels_);
+        out_.resize(core_->output_room(frames) * channels_);
     }
     std::size_t run() override { return frames_ = core_->process(in_, out_); }
     std::vector<double> output() const override {

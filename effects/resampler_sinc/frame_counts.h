@@ -10,6 +10,12 @@ namespace kelvane {
 /// number. Throws `bad_allocation` where their bytes have no 63-bit count, and for what is not a number.
 std::size_t to_count(double things, std::size_t samples_each);
 
+/// The room, in samples, for what a converter makes of up to `input_frames` frames at once: the integer part of
+/// 2 × ratio × frames × channels + 0.5, with the ratio output rate ÷ input rate. From 4096 frames on it is enough for
+/// every converter: none has a ratio below 1/1024, nor writes more than 1.5 × ratio × (frames + 1) frames, rounded up.
+/// Throws as `to_count` does.
+std::size_t room_samples(double ratio, std::size_t input_frames, std::size_t channels);
+
 /// What has gone into a stream and what has come out.
 struct stream_totals {
     std::uint32_t input_hz;

@@ -41,8 +41,7 @@ bool sinc_resampler::is_feasible(std::uint32_t input_hz, std::uint32_t output_hz
     }
     const sinc_quality& level = sinc_quality_at(quality);
     const double ratio = ratio_of(input_hz, output_hz);
-    return needed_sinc_taps(level, ratio) < taps_limit && exact_step(level, ratio) < step_limit &&
-           rounded_step(level, ratio) > 0;
+    return needed_sinc_taps(level, ratio) < taps_limit && exact_step(level, ratio) < step_limit;
 }
 
 std::unique_ptr<sinc_resampler> sinc_resampler::create(std::uint32_t input_hz, std::uint32_t output_hz,
@@ -52,6 +51,9 @@ std::unique_ptr<sinc_resampler> sinc_resampler::create(std::uint32_t input_hz, s
     }
     const sinc_quality& level = sinc_quality_at(quality);
     const double ratio = ratio_of(input_hz, output_hz);
+    if (rounded_step(level, ratio) == 0) {
+        return nullptr;
+    }
     const sinc_design design = design_sinc(level, ratio);
     const std::size_t history_floats = design.taps + chunk_frames;
     aligned_floats memory = allocate(design.table_floats() + history_floats * channels);
@@ -76,6 +78,11 @@ sinc_resampler::sinc_resampler(const sinc_quality& quality, const sinc_design& d
       skip_(quality.sidelobes), step_(rounded_step(quality, ratio)), filter_{memory_.get(), design.taps,
                                                                              quality.phase_bits, quality.subphase_bits},
       kernel_(pick_sinc_kernel(design.window, design.taps, channels)) {}
+
+std::uint64_t sinc_resampler::output_room(std::uint64_t frames) const noexcept {
+    const std::uint64_t end = (frames + 1) * one_frame(filter_.phase_bits, filter_.subphase_bits);
+    return (end - 1) / step_ + 1;
+}
 
 std::size_t sinc_resampler::process(std::span<const double> in, std::span<double> out) noexcept {
     std::size_t given = 0;

@@ -27,18 +27,21 @@ namespace kelvane {
 /// Processing, 1984.
 class sinc_resampler {
 public:
-    /// Whether a converter can be made: neither rate is 0, the filter's length and the step in time fit 32 bits, and
-    /// the step is not rounded to 0, with which no output would ever be the last.
+    /// Whether neither rate is 0 and the filter's length and the step in time fit 32 bits.
     static bool is_feasible(std::uint32_t input_hz, std::uint32_t output_hz, std::uint32_t quality) noexcept;
 
-    /// Null when it is not feasible or memory is short. `channels` is at least 1. A `quality` that is no index of
-    /// `sinc_qualities` means "Normal".
+    /// Null when it is not feasible, memory is short or the step in time is rounded to 0, with which no output frame
+    /// would be the last. `channels` is at least 1. A `quality` that is no index of `sinc_qualities` means "Normal".
     static std::unique_ptr<sinc_resampler> create(std::uint32_t input_hz, std::uint32_t output_hz,
                                                   std::uint32_t channels, std::uint32_t quality) noexcept;
 
     /// Consumes all frames of `in` (whole interleaved frames) and writes the output frames to the start of `out`, which
-    /// has room for them (2 × ratio × frames + 1 frames is always enough). Answers the frames written.
+    /// has room for them (`output_room` frames are always enough). Answers the frames written.
     std::size_t process(std::span<const double> in, std::span<double> out) noexcept;
+
+    /// The most output frames that a call with so many input frames (below 2^39) writes: (frames + 1) input frames ÷
+    /// step, rounded up. That is ratio × (frames + 1), but up to 1.5 times as many where the step is rounded to 1.
+    std::uint64_t output_room(std::uint64_t frames) const noexcept;
 
     /// For a seek: the time starts at 0 and the first output frames are withheld as at creation. The last `taps` input
     /// frames stay, in the order in which a ring that begins at its first place again would show them.

@@ -62,7 +62,8 @@ void sinc_stream::release(std::size_t frames) noexcept {
     held_frames_ -= frames;
 }
 
-/// Converts the pre-roll. What comes of it is discarded, as far as the count of what is discarded goes.
+/// Converts the pre-roll. What comes of it is discarded, as far as the count of what is discarded goes: all of it,
+/// unless the step's rounding is coarse, as it is at ratios above some 16000.
 std::span<const double> sinc_stream::prime() {
     const std::span<double> pre_roll(edge_.data(), held_frames_ * channels_);
     fill_before(held(), channels_, pre_roll);
@@ -116,9 +117,7 @@ std::size_t sinc_stream::input_frames_for(std::size_t output_frames) const noexc
 }
 
 void sinc_stream::make_room(std::size_t input_frames) {
-    const double output_samples =
-        2.0 * resampler_->ratio() * static_cast<double>(input_frames) * static_cast<double>(channels_);
-    converted_.grow(to_count(output_samples + 0.5, 1));
+    converted_.grow(room_samples(resampler_->ratio(), input_frames, channels_));
     planned_frames_ = input_frames;
 }
 

@@ -1,5 +1,6 @@
 #include "effects/resampler_sinc/frame_counts.h"
 
+#include "effects/resampler_sinc/sinc_resampler_core.h"
 #include "tests/support/thrown_text.h"
 
 #include <gtest/gtest.h>
@@ -36,6 +37,39 @@ TEST(FrameCounts, ACountThatNoMemoryHoldsIsABadAllocation) {
     for (const row& line : table) {
         EXPECT_EQ(thrown_text<std::bad_alloc>([&] { to_count(line.things, line.samples_each); }), "bad allocation")
             << line.things << " of " << line.samples_each;
+    }
+}
+
+TEST(FrameCounts, TheRoomIsTwiceWhatBelongsToTheTime) {
+    EXPECT_EQ(room_samples(48000.0 / 44100.0, 4096, 2), 17833U); // 17832.9 + 0.5
+    EXPECT_EQ(room_samples(8000.0 / 44100.0, 4096, 1), 1486U);   // 1486.07 + 0.5
+    EXPECT_EQ(thrown_text<std::bad_alloc>([] { room_samples(0x1p25, std::size_t{1} << 34U, 1); }), "bad allocation");
+}
+
+TEST(FrameCounts, TheRoomHoldsWhatComesOfACall) {
+    struct row {
+        std::uint32_t input_hz;
+        std::uint32_t output_hz;
+        std::uint32_t quality;
+    };
+    const row table[] = {
+        {44100, 48000, 2},  {48000, 44100, 1}, {384000, 1501, 2}, // the lowest ratio of "Normal"
+        {1, 3652, 0},       {1, 2'796'203, 0},                    // a step a little below 1.5, which is rounded to 1
+        {1, 11'184'811, 2},                                       // the same in 24 bits
+        {1, 8'388'608, 0},                                        // a step of 0.5
+        {1, 33'554'432, 2},
+    };
+    for (const row& line : table) {
+        const auto converter = sinc_resampler::create(line.input_hz, line.output_hz, 1, line.quality);
+        ASSERT_NE(converter, nullptr) << line.input_hz << " to " << line.output_hz;
+        for (const std::size_t planned_frames : {4096U, 4097U, 6142U, 8192U, 1'000'000U}) {
+            for (const std::size_t channels : {1U, 2U, 7U}) {
+                EXPECT_LE(converter->output_room(planned_frames) * channels,
+                          room_samples(converter->ratio(), planned_frames, channels))
+                    << line.input_hz << " to " << line.output_hz << ", " << planned_frames << " frames of " << channels
+                    << " channels";
+            }
+        }
     }
 }
 

@@ -39,11 +39,9 @@ literal_sinc_resampler make_literal(const rate_pair& rates, std::uint32_t channe
     return {rates.input_hz, rates.output_hz, channels, quality};
 }
 
-/// Appends to `out` what comes of the frames, in a buffer of just the promised size.
+/// Appends to `out` what comes of the frames, in a buffer of just the size that is promised to be enough.
 void convert(sinc_resampler& converter, std::span<const double> in, std::size_t channels, std::vector<double>& out) {
-    const std::size_t frames = in.size() / channels;
-    const auto room = static_cast<std::size_t>(2.0 * converter.ratio() * static_cast<double>(frames) + 1.0);
-    std::vector<double> made(room * channels);
+    std::vector<double> made(converter.output_room(in.size() / channels) * channels);
     made.resize(converter.process(in, made) * channels);
     out.insert(out.end(), made.begin(), made.end());
 }
@@ -168,9 +166,8 @@ TEST(SincResampler, Feasibility) {
         {{1'024'000, 1001}, 7, false},
         {{highest_rate, 16'777'217}, normal, true},  // the step is 255 below the limit
         {{highest_rate, 16'777'216}, normal, false}, // it is the limit
-        {{1, 33'554'432}, normal, true},             // a step of 0.5, which is rounded to 1
-        {{1, 33'554'433}, normal, false},
-        {{1, highest_rate}, 0, false},
+        {{1, highest_rate}, normal, true},           // there is no limit going up
+        {{1, highest_rate}, 0, true},
     };
     for (const row& expected : rows) {
         EXPECT_EQ(sinc_resampler::is_feasible(expected.rates.input_hz, expected.rates.output_hz, expected.quality),
@@ -180,6 +177,14 @@ TEST(SincResampler, Feasibility) {
             EXPECT_EQ(make(expected.rates, 1, expected.quality), nullptr) << expected.rates;
         }
     }
+}
+
+TEST(SincResampler, AStepThatIsRoundedToNothingMakesNoConverter) {
+    EXPECT_NE(make({1, 33'554'432}, 1, normal), nullptr); // 2^24 / 2^25 is 0.5, which is rounded to 1
+    EXPECT_EQ(make({1, 33'554'433}, 1, normal), nullptr);
+    EXPECT_NE(make({1, 8'388'608}, 1, 0), nullptr); // 2^22 / 2^23
+    EXPECT_EQ(make({1, 8'388'609}, 1, 0), nullptr);
+    EXPECT_EQ(make({1, 0xFFFFFFFF}, 1, 4), nullptr);
 }
 
 TEST(SincResampler, MemoryThatCannotBeHadMakesNoConverter) {
@@ -218,6 +223,37 @@ TEST(SincResampler, TheFirstFramesAreWithheld) {
             EXPECT_EQ(converted(*make(expected.rates, 1, expected.quality), in, 1).size(), due - withheld)
                 << expected.rates << ", quality " << expected.quality << ", " << frames << " frames";
         }
+    }
+}
+
+TEST(SincResampler, TheRoomIsThatOfAllStepsBeforeTheEndOfOneFrameMore) {
+    struct row {
+        rate_pair rates;
+        std::uint32_t quality;
+        std::uint64_t frames;
+        std::uint64_t room_frames;
+    };
+    const row rows[] = {
+        {{44100, 48000}, normal, 0, 2},          // 1.09
+        {{44100, 48000}, normal, 1023, 1115},    // 1024 x 2^24 / 15414067 = 1114.6
+        {{384000, 1501}, normal, 1023, 5},       // 4.003
+        {{44100, 44100}, 3, 1023, 1024},         // just at the end
+        {{1, 3652}, 0, 1, 7308},                 // 2 x 2^22 / 1148 = 7307.2, and the step is rounded from 1148.5
+        {{1, 11'184'811}, normal, 1, 1U << 25U}, // a step of 1.49999, which is rounded to 1
+        {{44100, 44100}, normal, (std::uint64_t{1} << 39U) - 1, std::uint64_t{1} << 39U},
+    };
+    for (const row& expected : rows) {
+        EXPECT_EQ(make(expected.rates, 1, expected.quality)->output_room(expected.frames), expected.room_frames)
+            << expected.rates << ", quality " << expected.quality << ", " << expected.frames << " frames";
+    }
+}
+
+TEST(SincResampler, AFirstCallAtAHighRatioFillsTheRoomButForWhatIsWithheld) {
+    for (const std::size_t frames : {1U, 2U, 5U}) {
+        const std::vector<double> in(frames, 1.0);
+        const auto converter = make({1, 3652}, 1, 0);
+        const std::size_t room = converter->output_room(frames);
+        EXPECT_EQ(converted(*converter, in, 1).size(), room - 2) << frames << " frames";
     }
 }
 

@@ -88,8 +88,7 @@ void literal_resampler::convert(const std::vector<frame>& frames) {
     for (const frame& one : frames) {
         in.insert(in.end(), one.begin(), one.end());
     }
-    const double most = 2.0 * converter_->ratio() * static_cast<double>(frames.size()) + 1.0;
-    std::vector<double> made((static_cast<std::size_t>(most) + 1) * format_.channels);
+    std::vector<double> made(converter_->output_room(frames.size()) * format_.channels);
     made.resize(converter_->process(in, made) * format_.channels);
     for (auto first = made.begin(); first != made.end(); first += format_.channels) {
         if (unwanted_ > 0) {

@@ -7,9 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <limits>
+#include <new>
+#include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -109,6 +112,19 @@ TEST(Sinc, TheNoticeComesAgainInTheNextPlayback) {
     }
 }
 
+TEST(Sinc, ASeekBringsNoSecondNotice) {
+    const kept_console console;
+    random_source random(1);
+    const auto effect = make_resampler(sinc_payload(48000, 2, true, "8000"));
+    const programme played = mono_noise(8000, 300, random);
+    for (int seek = 0; seek < 2; ++seek) {
+        EXPECT_TRUE(are_equal(play_whole(*effect, played, 0), played));
+        effect->flush();
+    }
+    EXPECT_TRUE(are_equal(play_whole(*effect, played, 0), played));
+    EXPECT_EQ(console.lines, std::vector{notice_of(8000)});
+}
+
 TEST(Sinc, WithoutAHostTheNoticeIsDropped) {
     random_source random(1);
     const programme played = mono_noise(8000, 300, random);
@@ -125,7 +141,7 @@ TEST(Sinc, ARateThatCannotBeConvertedIsABadAllocationAtItsFirstBlock) {
         {44100, 0, 2},
         {384000, 1500, 2},  // 2^24 ÷ ratio reaches 2^32
         {384000, 375, 0},   // 2^22 ÷ ratio
-        {1, 4294967295, 4}, // more output than there are addresses for
+        {1, 4294967295, 4}, // a step of 0.004, which is rounded to 0
     };
     random_source random(1);
     for (const row& line : table) {
@@ -283,13 +299,17 @@ TEST(Sinc, HoldsBackTheNewest1024Frames) {
 
 TEST(Sinc, AfterASeekThereIsNoPreRollAndNoDiscard) {
     random_source random(1);
-    const auto effect = make_resampler(88200, 0);
-    play_whole(*effect, mono_noise(44100, 5000, random), 0);
-    effect->flush();
-    EXPECT_EQ(effect->get_latency(), 0.0);
-    EXPECT_EQ(frames_of(play_whole(*effect, mono_noise(44100, 1024, random), 0)), 0U); // the newest are held as ever
-    // 3000 frames are converted. Two of the output lie before the first of them: those are skipped, and no other.
-    EXPECT_EQ(frames_of(play_whole(*effect, mono_noise(44100, 3000, random), 0)), 6000U);
+    // Not primed yet; primed just now, and some of the output still to be discarded; under way.
+    for (const std::size_t first_frames : {500U, 1024U, 5000U}) {
+        const auto effect = make_resampler(88200, 0);
+        play_whole(*effect, mono_noise(44100, first_frames, random), 0);
+        effect->flush();
+        EXPECT_EQ(effect->get_latency(), 0.0) << first_frames;
+        // The newest are held as ever.
+        EXPECT_EQ(frames_of(play_whole(*effect, mono_noise(44100, 1024, random), 0)), 0U) << first_frames;
+        // 3000 frames are converted. Two of the output lie before the first of them: those are skipped, and no other.
+        EXPECT_EQ(frames_of(play_whole(*effect, mono_noise(44100, 3000, random), 0)), 6000U) << first_frames;
+    }
 }
 
 TEST(Sinc, AFlushBeforeTheFirstBlockOrInAPassingFormatHasNoEffect) {
@@ -304,6 +324,36 @@ TEST(Sinc, AFlushBeforeTheFirstBlockOrInAPassingFormatHasNoEffect) {
     EXPECT_TRUE(are_equal(play_whole(*effect, played), expected));
     effect->flush();
     EXPECT_TRUE(are_equal(play_whole(*effect, played), expected));
+}
+
+/// Whether the samples are equal from the frame `first` to before `last`, of one channel.
+bool are_equal_between(const programme& a, const programme& b, std::size_t first, std::size_t last) {
+    const auto part = [&](const programme& whole) { return std::span(whole[0].samples).subspan(first, last - first); };
+    return std::ranges::equal(part(a), part(b));
+}
+
+TEST(Sinc, ASampleThatIsNoNumberSpoilsTheNearEdgeAndDoesNotStay) {
+    random_source random(1);
+    const programme clean = mono_noise(44100, 6000, random);
+    const auto with_no_number_at = [&](std::size_t frame) {
+        programme played = clean;
+        played[0].samples[frame] = std::nan("");
+        return play_whole(*make_resampler(88200, 2), played);
+    };
+    const programme expected = play_whole(*make_resampler(88200, 2), clean);
+    ASSERT_EQ(frames_of(expected), 12'000U);
+    // An output frame hears the 8 input frames before it and the 8 behind it.
+    const programme early = with_no_number_at(1023);
+    EXPECT_TRUE(std::isnan(early[0].samples.front()));
+    EXPECT_TRUE(are_equal_between(early, expected, 2 * 8, 2 * 1015));
+    EXPECT_TRUE(are_equal_between(early, expected, 2 * 1032, 12'000));
+    const programme late = with_no_number_at(6000 - 1024);
+    EXPECT_TRUE(are_equal_between(late, expected, 0, 2 * (4976 - 8)));
+    EXPECT_TRUE(are_equal_between(late, expected, 2 * (4976 + 9), 2 * (6000 - 8)));
+    EXPECT_TRUE(std::isnan(late[0].samples.back()));
+    const programme middle = with_no_number_at(3000);
+    EXPECT_TRUE(are_equal_between(middle, expected, 0, 2 * 2992));
+    EXPECT_TRUE(are_equal_between(middle, expected, 2 * 3009, 12'000));
 }
 
 TEST(Sinc, TheLatencyIsWhatWentInLessWhatCameOut) {
@@ -404,6 +454,7 @@ TEST(SincFactory, TellsWhichConversionsItCanMake) {
         {0, 48000, false},        {44100, 0, false},      {384000, 8000, true},
         {384000, 1501, true},     {384000, 1500, false}, // 2^24 × 256 is 2^32
         {1000, 20'000'000, true}, {4294967295, 1, false}, {4294967295, 4294967295, true},
+        {1, 4294967295, true}, // though no converter can be made: two limits tell, both going down
     };
     for (const row& line : table) {
         EXPECT_EQ(factory()->is_conversion_supported(line.source_hz, line.target_hz), line.expected)
