@@ -1,6 +1,7 @@
 #include "effects/rate_entry.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 
 namespace kelvane {
@@ -19,7 +20,7 @@ long long entered_hz(const rate_entry& entry) {
 } // namespace
 
 rate_entry show_rate(std::uint32_t rate_hz) {
-    const auto* const offered = std::find(offered_rates_hz.begin(), offered_rates_hz.end(), rate_hz);
+    const auto offered = std::find(offered_rates_hz.begin(), offered_rates_hz.end(), rate_hz);
     if (offered == offered_rates_hz.end()) {
         return {.selected = -1, .typed = std::to_string(rate_hz)};
     }

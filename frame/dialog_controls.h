@@ -1,4 +1,4 @@
-// The controls of a dialog, typed.
+// The controls of a dialog, typed (Windows).
 #pragma once
 
 #include <windows.h>

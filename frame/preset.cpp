@@ -57,8 +57,8 @@ bool are_equal(const velmora::effect_preset& a, const velmora::effect_preset& b)
 
 void copy_preset(velmora::effect_preset& target, const velmora::effect_preset& source) {
     const velmora::guid owner = owner_of(source);
-    target.set_data(source.get_data(), source.get_data_size());
     target.set_owner(&owner);
+    target.set_data(source.get_data(), source.get_data_size());
 }
 
 } // namespace kelvane

@@ -30,7 +30,7 @@ velmora::guid owner_of(const velmora::effect_preset& preset);
 /// Whether owner, size and bytes are equal.
 bool are_equal(const velmora::effect_preset& a, const velmora::effect_preset& b);
 
-/// Makes `target` equal to `source`, payload first, so that a failed allocation changes nothing.
+/// Makes `target` equal to `source`: its owner, then its payload.
 void copy_preset(velmora::effect_preset& target, const velmora::effect_preset& source);
 
 } // namespace kelvane

@@ -26,12 +26,12 @@ Settings settings_or_defaults(const velmora::effect_preset& preset) {
     }
 }
 
-/// Gives the preset the effect's owner and settings, the payload first, so that a failed allocation changes nothing.
+/// Gives the preset the effect's owner, then the payload, which is made before: settings that have none change nothing.
 template <class Settings>
 void write_settings(velmora::effect_preset& preset, const Settings& settings) {
     const std::vector<std::byte> payload = settings.write();
-    preset.set_data(payload.data(), payload.size());
     preset.set_owner(&Settings::identity);
+    preset.set_data(payload.data(), payload.size());
 }
 
 } // namespace kelvane

@@ -34,7 +34,8 @@ private:
 
 void show_crossfader_dialog(const velmora::effect_preset& opening, void* parent_window,
                             velmora::preset_change_callback& callback) {
-    crossfader_dialog(opening, callback).show(DIALOG_CROSSFADER, parent_window);
+    crossfader_dialog(settings_or_defaults<crossfader_settings>(opening), callback)
+        .show(DIALOG_CROSSFADER, parent_window);
 }
 
 } // namespace kelvane

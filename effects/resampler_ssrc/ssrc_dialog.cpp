@@ -1,5 +1,7 @@
 #include "effects/resampler_ssrc/ssrc_dialog.h"
 
+#include "frame/preset_payload.h"
+
 namespace kelvane {
 
 namespace {
@@ -7,6 +9,14 @@ namespace {
 constexpr rate_limits limits{.lowest_hz = 1000, .highest_hz = 384'000};
 
 } // namespace
+
+ssrc_settings open_in_ssrc_dialog(const velmora::effect_preset& opening) noexcept {
+    try {
+        return settings_or_defaults<ssrc_settings>(opening);
+    } catch (...) {
+        return {};
+    }
+}
 
 ssrc_dialog_content show_in_ssrc_dialog(const ssrc_settings& settings) {
     return {

@@ -13,6 +13,10 @@ class preset_change_callback;
 
 namespace kelvane {
 
+/// What the dialog opens with: the settings of the preset, and the defaults for a preset of another effect or whatever
+/// fails while one is read.
+ssrc_settings open_in_ssrc_dialog(const velmora::effect_preset& opening) noexcept;
+
 /// What the controls show.
 struct ssrc_dialog_content {
     rate_entry rate;

@@ -38,7 +38,7 @@ private:
 
 void show_ssrc_dialog(const velmora::effect_preset& opening, void* parent_window,
                       velmora::preset_change_callback& callback) {
-    ssrc_dialog(opening, callback).show(DIALOG_SSRC, parent_window);
+    ssrc_dialog(open_in_ssrc_dialog(opening), callback).show(DIALOG_SSRC, parent_window);
 }
 
 } // namespace kelvane

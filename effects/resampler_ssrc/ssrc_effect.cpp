@@ -82,7 +82,7 @@ void ssrc_resampler::on_playback_end(velmora::abort_signal*) {
 }
 
 void ssrc_resampler::end_stream() {
-    if (is_converting()) {
+    if (holds_frames_back()) {
         convert({}, true);
     }
     flush();
@@ -94,14 +94,13 @@ void ssrc_resampler::flush() {
     passes_ = false;
 }
 
-/// Whether there is a stream that holds frames back: one of a format out of the usual range is converted, but nothing
-/// is waited for.
-bool ssrc_resampler::is_converting() const noexcept {
+/// A stream of a format out of the usual range is converted too, but nothing of it is waited for.
+bool ssrc_resampler::holds_frames_back() const noexcept {
     return is_usual(format_) && !passes_;
 }
 
 double ssrc_resampler::get_latency() {
-    if (!is_converting()) {
+    if (!holds_frames_back()) {
         return 0.0;
     }
     const double in_s = static_cast<double>(frames_in_) / format_.sample_rate_hz;

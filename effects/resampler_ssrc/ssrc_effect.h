@@ -42,7 +42,7 @@ private:
     bool is_left_alone(std::uint32_t rate_hz) const;
     bool set_up_for(const stream_format& format);
     void end_stream();
-    bool is_converting() const noexcept;
+    bool holds_frames_back() const noexcept;
     void convert(std::span<const double> samples, bool final);
     void emit_output();
 

@@ -11,11 +11,11 @@
 
 namespace kelvane {
 
-/// The rates that the converter is let loose on, in Hz.
+/// The target rates that may be asked for, and the input rates whose streams are drained and counted as latency, in Hz.
 inline constexpr std::uint32_t min_ssrc_rate_hz = 1000;
 inline constexpr std::uint32_t max_ssrc_rate_hz = 20'000'000;
 
-constexpr bool is_ssrc_rate(std::uint32_t rate_hz) noexcept {
+constexpr bool is_ssrc_rate(std::int64_t rate_hz) noexcept {
     return rate_hz >= min_ssrc_rate_hz && rate_hz <= max_ssrc_rate_hz;
 }
 

@@ -4,7 +4,6 @@
 #include "frame/exclude_field.h"
 
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -16,7 +15,7 @@ namespace {
 
 bool change_rate(ssrc_settings& settings, std::string_view text) {
     const auto rate_hz = parse_number(text);
-    const bool is_taken = rate_hz && *rate_hz >= min_ssrc_rate_hz && *rate_hz <= max_ssrc_rate_hz;
+    const bool is_taken = rate_hz && is_ssrc_rate(*rate_hz);
     if (is_taken) {
         settings.target_rate_hz = static_cast<std::uint32_t>(*rate_hz);
     }

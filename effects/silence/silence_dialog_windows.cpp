@@ -50,7 +50,7 @@ private:
 
 void show_silence_dialog(const velmora::effect_preset& opening, void* parent_window,
                          velmora::preset_change_callback& callback) {
-    silence_dialog(opening, callback).show(DIALOG_SILENCE, parent_window);
+    silence_dialog(settings_or_defaults<skip_silence_settings>(opening), callback).show(DIALOG_SILENCE, parent_window);
 }
 
 } // namespace kelvane

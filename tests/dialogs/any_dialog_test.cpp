@@ -1,11 +1,14 @@
 #include "host/objects/api.h"
 #include "resources/control_ids.h"
 #include "tests/dialogs/effect_dialog.h"
+#include "tests/support/failing_preset.h"
+#include "tests/support/thrown_text.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <iterator>
 #include <stdexcept>
@@ -24,6 +27,16 @@ constexpr auto fft_resampler = "Resampler (dBpoweramp/SSRC)";
 /// A preset of an effect whose payload may be, or begins with, one number.
 host::preset preset_of(const char* effect, std::int32_t number) {
     return testing_support::preset_of(effect, &number, sizeof number);
+}
+
+/// The numbers that the payloads begin with.
+std::vector<std::int32_t> numbers_of(const std::vector<host::preset>& presets) {
+    std::vector<std::int32_t> numbers;
+    for (const host::preset& preset : presets) {
+        EXPECT_GE(preset.payload().size(), sizeof(std::int32_t));
+        std::memcpy(&numbers.emplace_back(0), preset.payload().data(), sizeof(std::int32_t));
+    }
+    return numbers;
 }
 
 host::service_ptr<velmora::effect_factory_with_dialog> factory_of(const char* effect) {
@@ -61,29 +74,76 @@ TEST(Dialogs, SomeOnAsManyThreadsAtOnceDoNotMix) {
     }
 }
 
-/// Its every report fails.
+/// Sees each preset, and fails at so many of them, the first ones; says at which.
 class failing_callback final : public velmora::preset_change_callback {
 public:
-    void on_preset_change(const velmora::effect_preset*) override { throw std::runtime_error("no room"); }
+    explicit failing_callback(std::size_t failures) : failures_(failures) {}
+
+    void on_preset_change(const velmora::effect_preset* reported) override {
+        seen_.on_preset_change(reported);
+        if (presets().size() <= failures_) {
+            throw std::runtime_error("failure " + std::to_string(presets().size()));
+        }
+    }
+
+    const std::vector<host::preset>& presets() const noexcept { return seen_.presets(); }
+
+private:
+    std::size_t failures_;
+    reported_presets seen_;
 };
 
-std::string failure_of(const char* effect, const std::function<void(HWND)>& acts) {
-    failing_callback callback;
-    const host::preset opening = preset_of(effect, 1000);
-    const person user(acts);
-    try {
-        factory_of(effect)->show_settings_dialog(&opening, nullptr, &callback);
-    } catch (const std::runtime_error& failure) {
-        return failure.what();
-    }
-    return "none";
+void press_right(HWND dialog) {
+    press_key(GetDlgItem(dialog, CROSSFEED_STRENGTH), VK_RIGHT);
 }
 
 TEST(Dialogs, AnExceptionOfTheCallbackClosesTheDialogAndComesOutBehindIt) {
-    EXPECT_EQ(failure_of(crossfeed, [](HWND dialog) { press_key(GetDlgItem(dialog, CROSSFEED_STRENGTH), VK_RIGHT); }),
-              "no room");
-    EXPECT_EQ(failure_of(fft_resampler, press_ok), "no room");
-    EXPECT_EQ(failure_of(fft_resampler, press_cancel), "none");
+    struct row {
+        const char* what;
+        const char* effect;
+        std::size_t failures;
+        std::function<void(HWND)> acts;
+        std::string said;
+        std::vector<std::int32_t> seen; ///< the numbers in front of the payloads
+    };
+    const row table[] = {
+        {"a move, then the opening preset", crossfeed, 1, press_right, "failure 1", {1600, 1550}},
+        {"a move, and the opening preset too", crossfeed, 9, press_right, "failure 1", {1600, 1550}},
+        {"OK of a live dialog", crossfeed, 9, press_ok, "failure 1", {1550}},
+        {"Escape of a live dialog", crossfeed, 9, press_escape, "failure 1", {1550}},
+        {"OK", fft_resampler, 9, press_ok, "failure 1", {1550}},
+        {"Cancel", fft_resampler, 9, press_cancel, "nothing thrown", {}},
+    };
+    for (const row& line : table) {
+        failing_callback callback(line.failures);
+        const host::preset opening = preset_of(line.effect, 1550);
+        {
+            const person user(line.acts);
+            EXPECT_EQ(thrown_text<std::runtime_error>(
+                          [&] { factory_of(line.effect)->show_settings_dialog(&opening, nullptr, &callback); }),
+                      line.said)
+                << line.what;
+        }
+        EXPECT_EQ(numbers_of(callback.presets()), line.seen) << line.what;
+    }
+}
+
+TEST(Dialogs, APresetThatCannotBeHadOpensTheFftResamplersWithItsDefaultsAndNoOther) {
+    reported_presets callback;
+    const failing_preset unreadable(built_effects().find(fft_resampler).identity);
+    {
+        const person user(press_ok);
+        factory_of(fft_resampler)->show_settings_dialog(&unreadable, nullptr, &callback);
+    }
+    ASSERT_EQ(callback.presets().size(), 1U);
+    EXPECT_EQ(callback.presets()[0].payload(), built_effects().find(fft_resampler).default_preset.payload());
+    for (const char* const effect : {crossfeed, "Crossfader", "Skip Silence", "Resampler (RetroArch)"}) {
+        const failing_preset refused(built_effects().find(effect).identity);
+        EXPECT_EQ(thrown_text<std::runtime_error>(
+                      [&] { factory_of(effect)->show_settings_dialog(&refused, nullptr, &callback); }),
+                  "no payload")
+            << effect;
+    }
 }
 
 void show_on_the_wrong_thread(const char* effect) {

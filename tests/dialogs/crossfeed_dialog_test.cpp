@@ -89,11 +89,12 @@ TEST(CrossfeedDialog, AForeignOrShortPresetOpensWithTheDefault) {
     shortened.set_data("ab", 2);
     for (const host::preset& opening : {made_foreign(preset_of(5000)), shortened}) {
         std::wstring number;
-        show(opening, [&](HWND dialog) {
+        const auto reported = show(opening, [&](HWND dialog) {
             number = text_in(dialog, CROSSFEED_NUMBER);
             press_ok(dialog);
         });
         EXPECT_EQ(number, L"10");
+        EXPECT_EQ(strengths_of(reported), std::vector<std::int32_t>{1000});
     }
 }
 

@@ -1,11 +1,23 @@
 #include "effects/resampler_ssrc/ssrc_dialog.h"
 
+#include "frame/preset_payload.h"
+#include "tests/support/failing_preset.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 
 namespace kelvane {
 namespace {
+
+TEST(SsrcDialogContent, OpensWithThePresetOrWhateverFailsWithTheDefaults) {
+    preset stored;
+    write_settings(stored, ssrc_settings{96000, true, "8000"});
+    EXPECT_EQ(open_in_ssrc_dialog(stored), (ssrc_settings{96000, true, "8000"}));
+    stored.set_data("abc", 3);
+    EXPECT_EQ(open_in_ssrc_dialog(stored), ssrc_settings());
+    EXPECT_EQ(open_in_ssrc_dialog(testing_support::failing_preset(ssrc_settings::identity)), ssrc_settings());
+}
 
 TEST(SsrcDialogContent, ARateIsKeptWithinTheLimits) {
     struct row {

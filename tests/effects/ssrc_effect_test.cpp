@@ -4,6 +4,7 @@
 #include "frame/instances.h"
 #include "tests/resampler_ssrc/allocations.h"
 #include "tests/resampler_ssrc/conversions.h"
+#include "tests/support/recycling_list.h"
 #include "tests/support/signals.h"
 #include "tests/support/strict_block.h"
 #include "tests/support/thrown_text.h"
@@ -115,44 +116,6 @@ TEST(SsrcEffect, TheOldTailIsOutWhenTheNewFormatFindsNoMemory) {
     EXPECT_EQ(bits_of(third.at(0).samples()), bits_of(convert({96000, 48000}, samples)));
 }
 
-/// One block that goes in and one that comes out, used again and again: every allocation seen is the effect's.
-class recycling_list final : public velmora::block_list {
-public:
-    explicit recycling_list(std::size_t samples) : in_(samples), out_(samples) {}
-
-    void fill(std::span<const double> samples, const block_format& format) {
-        std::copy(samples.begin(), samples.end(), in_.get_data());
-        in_.set_channels(format.channels, format.channel_mask);
-        in_.set_sample_rate(format.sample_rate_hz);
-        in_.set_sample_count(samples.size() / format.channels);
-        has_in_ = true;
-    }
-    /// Takes the block out that came, and answers its frames.
-    std::size_t take_frames() {
-        const std::size_t taken = has_out_ ? out_.get_sample_count() : 0;
-        has_out_ = false;
-        return taken;
-    }
-
-    std::size_t get_count() override { return (has_out_ ? 1U : 0U) + (has_in_ ? 1U : 0U); }
-    velmora::sample_block* get_item(std::size_t index) override { return has_out_ && index == 0 ? &out_ : &in_; }
-    void remove_item(std::size_t index) override { (has_out_ && index == 0 ? has_out_ : has_in_) = false; }
-    void remove_all() override { FAIL() << "the module never does that"; }
-    velmora::sample_block* insert_item(std::size_t index, std::size_t samples) override {
-        EXPECT_EQ(index, 0U);
-        EXPECT_FALSE(has_out_) << "two blocks for one";
-        EXPECT_LE(samples, out_.get_data_size());
-        has_out_ = true;
-        return &out_;
-    }
-
-private:
-    strict_block in_;
-    strict_block out_;
-    bool has_in_ = false;
-    bool has_out_ = false;
-};
-
 TEST(SsrcEffect, ASteadyStreamAllocatesNothing) {
     constexpr std::size_t longest_frames = 3000;
     constexpr int blocks = 1000;
@@ -160,24 +123,43 @@ TEST(SsrcEffect, ASteadyStreamAllocatesNothing) {
     const std::vector<double> samples = noise(random, 2 * longest_frames, 0.9);
     for (const std::uint32_t target_hz : {48000U, 32000U}) {
         const auto effect = make(target_hz);
-        recycling_list list(200'000);
+        recycling_list list(200'000, {44100, 2, 0x3});
         std::uint64_t before = 0;
         std::size_t in = 0;
         std::size_t out = 0;
         for (int i = 0; i < blocks; ++i) {
             before = i == blocks / 20 ? allocations() : before;
             const std::size_t count = i < blocks / 20 ? longest_frames : pick(random, 1, longest_frames);
-            list.fill(std::span(samples).first(2 * count), {44100, 2, 0x3});
+            list.append(std::span(samples).first(2 * count));
             effect->run(&list, nullptr, 0);
             in += count;
-            out += list.take_frames();
+            out += list.clear();
         }
         effect->run(&list, nullptr, end_of_playback);
-        out += list.take_frames();
+        out += list.clear();
         EXPECT_EQ(allocations(), before) << target_hz;
         EXPECT_GT(before, 0U);
         EXPECT_EQ(out, in * target_hz / 44100) << target_hz;
     }
+}
+
+TEST(SsrcEffect, TheEndOfAPlaybackAndAFlushGiveAllMemoryBack) {
+    const std::vector<double> samples(frames, 0.5);
+    recycling_list list(3 * frames, {44100, 1, 0x4});
+    const auto effect = make(48000);
+    const auto run = [&](std::uint32_t flags) {
+        list.append(samples);
+        effect->run(&list, nullptr, flags);
+        list.clear();
+    };
+    const std::int64_t before = blocks_in_use();
+    run(0);
+    EXPECT_GT(blocks_in_use(), before);
+    run(end_of_playback);
+    EXPECT_EQ(blocks_in_use(), before) << "after the end";
+    run(0);
+    effect->flush();
+    EXPECT_EQ(blocks_in_use(), before) << "after a flush";
 }
 
 } // namespace

@@ -3,12 +3,15 @@
 #include "frame/exceptions.h"
 #include "frame/payload_writer.h"
 #include "frame/preset_payload.h"
+#include "tests/support/failing_preset.h"
+#include "tests/support/recording_preset.h"
 #include "tests/support/thrown_text.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kelvane {
@@ -104,6 +107,12 @@ TEST(PayloadWriter, PutsATextBehindItsLength) {
     EXPECT_EQ(payload_writer().text("ab").text("").payload(), bytes({2, 0, 0, 0, 'a', 'b', 0, 0, 0, 0}));
 }
 
+TEST(PayloadWriter, ATextTooLongForItsLengthIsRefusedBeforeAByteIsRead) {
+    const char one_byte = 'a';
+    const std::string_view claimed(&one_byte, std::size_t{1} << 32U);
+    EXPECT_EQ(thrown_text<mox::exception_overflow>([&] { payload_writer().text(claimed); }), "Overflow");
+}
+
 /// One number; a preset that holds less is malformed.
 struct one_number {
     static constexpr velmora::guid identity{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}};
@@ -127,6 +136,19 @@ TEST(PresetPayload, AForeignOrUnreadablePresetOpensWithTheDefaults) {
     const velmora::guid another{};
     stored.set_owner(&another);
     EXPECT_EQ(settings_or_defaults<one_number>(stored).number, 42U);
+}
+
+TEST(PresetPayload, OtherFailuresOfReadingPassOn) {
+    const testing_support::failing_preset stored(one_number::identity);
+    EXPECT_EQ(thrown_text<std::runtime_error>([&] { settings_or_defaults<one_number>(stored); }), "no payload");
+}
+
+TEST(PresetPayload, TheOwnerIsWrittenFirst) {
+    testing_support::recording_preset<preset> stored;
+    write_settings(stored, one_number{7});
+    EXPECT_EQ(stored.writes(), (std::vector<std::string>{"set_owner", "set_data"}));
+    EXPECT_EQ(owner_of(stored), one_number::identity);
+    EXPECT_EQ(settings_or_defaults<one_number>(stored).number, 7U);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "frame/edit_settings.h"
 #include "frame/exceptions.h"
 #include "frame/services.h"
+#include "tests/support/recording_preset.h"
 #include "tests/support/thrown_text.h"
 #include "velmora/preset_change_callback.h"
 
@@ -10,7 +11,9 @@
 
 #include <functional>
 #include <limits>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace kelvane {
 namespace {
@@ -111,6 +114,17 @@ TEST(EditSettings, TheLastReportWins) {
     });
     preset edited = make(first_owner, "abc");
     EXPECT_TRUE(factory.edit_settings(&edited, nullptr));
+    EXPECT_TRUE(are_equal(edited, make(second_owner, "two")));
+}
+
+TEST(EditSettings, TheOwnerIsWrittenFirst) {
+    dialog_factory factory([](auto&, auto& callback) {
+        const preset reported = make(second_owner, "two");
+        callback.on_preset_change(&reported);
+    });
+    testing_support::recording_preset edited(make(first_owner, "abc"));
+    EXPECT_TRUE(factory.edit_settings(&edited, nullptr));
+    EXPECT_EQ(edited.writes(), (std::vector<std::string>{"set_owner", "set_data"}));
     EXPECT_TRUE(are_equal(edited, make(second_owner, "two")));
 }
 

@@ -2,6 +2,7 @@
 #include "host/module/guid_text.h"
 #include "tests/module/run_effect.h"
 #include "tests/support/built_module.h"
+#include "tests/support/recording_preset.h"
 #include "tests/support/thrown_text.h"
 
 #include <gtest/gtest.h>
@@ -122,6 +123,17 @@ TEST_P(Conformance, TheDefaultPresetIsItsOwnAndMakesAnInstance) {
     EXPECT_EQ(effect().default_preset.owner(), effect().identity);
     EXPECT_EQ(effect().default_preset.payload().empty(), !design().has_payload);
     EXPECT_NE(make(), nullptr);
+}
+
+TEST_P(Conformance, TheOwnerOfADefaultPresetIsWrittenFirst) {
+    if (effect().is_hidden()) {
+        return; // has no default preset of its own
+    }
+    recording_preset<host::preset> filled;
+    effect().factory->get_default_preset(&filled);
+    EXPECT_EQ(filled.writes(), (std::vector<std::string>{"set_owner", "set_data"}));
+    EXPECT_EQ(filled.kept().owner(), effect().identity);
+    EXPECT_EQ(filled.kept().payload(), effect().default_preset.payload());
 }
 
 TEST_P(Conformance, APresetOfAnotherOwnerMakesNothing) {

@@ -1,8 +1,8 @@
 // The crossfader makes blocks, so the host allocates; the module itself does not.
 #include "host/module/effect_catalogue.h"
 #include "tests/module/allocation_counter.h"
-#include "tests/module/recycling_list.h"
 #include "tests/support/built_module.h"
+#include "tests/support/recycling_list.h"
 #include "tests/support/signals.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // What the resampler allocates while a stream runs: nothing, until a longer block comes than any before.
 #include "tests/module/allocation_counter.h"
-#include "tests/module/recycling_list.h"
 #include "tests/module/sinc_preset.h"
+#include "tests/support/recycling_list.h"
 #include "tests/support/signals.h"
 
 #include <gtest/gtest.h>
