@@ -213,7 +213,8 @@ protected:
     /// The user stops the music. A chain of the same links tells how often it asks.
     void give_up(const recipe& links, chain& effects) {
         const block_format format = any_of(formats, random);
-        const std::vector<double> samples = noise(random, std::size_t{format.sample_rate_hz} * format.channels, 0.5);
+        const std::size_t frames = format.sample_rate_hz / 2;
+        const std::vector<double> samples = noise(random, frames * format.channels, 0.5);
         const auto run = [&](chain& asking, abort_at& abort) {
             strict_list list;
             list.append(samples, format);
