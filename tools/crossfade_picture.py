@@ -13,6 +13,8 @@ matplotlib.use("Agg")
 import matplotlib.pyplot as plt  # noqa: E402 - the choice above must come first
 import numpy as np  # noqa: E402
 
+import wav_file  # noqa: E402
+
 RATE_HZ = 44100
 CHANNELS = 2
 FADE_S = 4
@@ -29,8 +31,7 @@ def play(host_program, tracks, *options):
         output = Path(folder) / "out.wav"
         subprocess.run([host_program, "process", *tracks, "-o", output, "--bits", "f64", *options], check=True,
                        stdout=subprocess.DEVNULL)
-        content = output.read_bytes()
-    return np.frombuffer(content[content.index(b"data") + 8:], "<f8").reshape(-1, CHANNELS)
+        return wav_file.read(output).samples
 
 
 def overlaps_of(lengths):

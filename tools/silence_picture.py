@@ -14,6 +14,8 @@ matplotlib.use("Agg")
 import matplotlib.pyplot as plt  # noqa: E402 - the choice above must come first
 import numpy as np  # noqa: E402
 
+import wav_file  # noqa: E402
+
 SPEECH_FOLDER = Path("/usr/share/sounds/alsa")
 SPEECH = ["Front_Left", "Front_Right", "Rear_Left", "Rear_Right"]
 PAUSES_S = [0.3, 2.0, 4.0, 3.0]  # behind each of them
@@ -53,8 +55,7 @@ def skip_silence(host_program, samples):
         write_wav(before, samples)
         subprocess.run([host_program, "process", before, "-o", after, "--bits", "f64", "-e",
                         f"Skip Silence:{SETTINGS}"], check=True, stdout=subprocess.DEVNULL)
-        content = after.read_bytes()
-    return np.frombuffer(content[content.index(b"data") + 8:], "<f8")
+        return wav_file.read(after).samples[:, 0]
 
 
 def is_from(segment, origin):

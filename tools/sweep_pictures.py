@@ -2,12 +2,16 @@
 """Draws spectrograms of the sweeps that kelvane-quality leaves: a row for each converter."""
 
 import argparse
-import io
 from pathlib import Path
 
-import matplotlib.pyplot as plt
-import numpy as np
-from PIL import Image
+import matplotlib
+
+matplotlib.use("Agg")
+
+import matplotlib.pyplot as plt  # noqa: E402 - the choice above must come first
+import numpy as np  # noqa: E402
+
+from small_picture import save_small  # noqa: E402
 
 WINDOW_FRAMES = 2048
 WINDOW_KAISER_BETA = 28.0  # its sidelobes lie below the floors of the pictures
@@ -63,13 +67,6 @@ def draw_all(folder, converters, floor_db):
         axes.set_xlabel("seconds")
     figure.colorbar(image, ax=grid, shrink=min(1.0, 4.5 / height_inches), label="dB of full scale")
     return figure
-
-
-def save_small(figure, picture):
-    """With a palette: a third of the size, and little difference to the eye."""
-    drawn = io.BytesIO()
-    figure.savefig(drawn, dpi=72)
-    Image.open(drawn).convert("RGB").quantize(256, Image.Quantize.MAXCOVERAGE).save(picture, optimize=True)
 
 
 def main():

@@ -1,6 +1,7 @@
 #include "effects/resampler_sinc/sinc_settings.h"
 
 #include "effects/resampler_sinc/sinc_words.h"
+#include "tests/support/hex_bytes.h"
 #include "tests/support/thrown_text.h"
 
 #include <gtest/gtest.h>
@@ -19,15 +20,8 @@ void PrintTo(const sinc_settings& settings, std::ostream* out) {
 
 namespace {
 
+using testing_support::hex_bytes;
 using testing_support::thrown_text;
-
-std::vector<std::byte> bytes(const std::string& hex) {
-    std::vector<std::byte> made;
-    for (std::size_t i = 0; i < hex.size(); i += 2) {
-        made.push_back(static_cast<std::byte>(std::stoi(hex.substr(i, 2), nullptr, 16)));
-    }
-    return made;
-}
 
 TEST(SincSettings, ReadsBothFormsAndRepairsWhatIsCut) {
     struct row {
@@ -137,20 +131,20 @@ TEST(SincSettings, ReadsBothFormsAndRepairsWhatIsCut) {
          {44100, 1, false, ""}},
     };
     for (const row& line : table) {
-        EXPECT_EQ(sinc_settings::read(bytes(line.payload)), line.expected) << line.payload;
+        EXPECT_EQ(sinc_settings::read(hex_bytes(line.payload)), line.expected) << line.payload;
     }
 }
 
 TEST(SincSettings, WritesTheWholeForm) {
-    EXPECT_EQ(sinc_settings{}.write(), bytes("44AC0000"
-                                             "02000000"
-                                             "00"
-                                             "00000000"));
-    EXPECT_EQ((sinc_settings{48000, 4, true, "44100"}.write()), bytes("80BB0000"
-                                                                      "04000000"
-                                                                      "01"
-                                                                      "05000000"
-                                                                      "3434313030"));
+    EXPECT_EQ(sinc_settings{}.write(), hex_bytes("44AC0000"
+                                                 "02000000"
+                                                 "00"
+                                                 "00000000"));
+    EXPECT_EQ((sinc_settings{48000, 4, true, "44100"}.write()), hex_bytes("80BB0000"
+                                                                          "04000000"
+                                                                          "01"
+                                                                          "05000000"
+                                                                          "3434313030"));
     const sinc_settings odd{1, 99, false, "d\xC3\xA9j\xC3\xA0 vu"};
     EXPECT_EQ(sinc_settings::read(odd.write()), odd);
 }

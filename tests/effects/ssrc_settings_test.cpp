@@ -2,6 +2,7 @@
 
 #include "effects/resampler_ssrc/ssrc_words.h"
 #include "frame/exceptions.h"
+#include "tests/support/hex_bytes.h"
 #include "tests/support/signals.h"
 #include "tests/support/thrown_text.h"
 
@@ -21,16 +22,9 @@ void PrintTo(const ssrc_settings& settings, std::ostream* out) {
 
 namespace {
 
+using testing_support::hex_bytes;
 using testing_support::pick;
 using testing_support::thrown_text;
-
-std::vector<std::byte> bytes(const std::string& hex) {
-    std::vector<std::byte> made;
-    for (std::size_t i = 0; i < hex.size(); i += 2) {
-        made.push_back(static_cast<std::byte>(std::stoi(hex.substr(i, 2), nullptr, 16)));
-    }
-    return made;
-}
 
 struct settings_row {
     std::string payload;
@@ -90,7 +84,7 @@ TEST(SsrcSettings, ReadsWhatIsWhole) {
         {"002D3101", {20000000, false, ""}},
     };
     for (const settings_row& line : table) {
-        EXPECT_EQ(ssrc_settings::read(bytes(line.payload)), line.expected) << line.payload;
+        EXPECT_EQ(ssrc_settings::read(hex_bytes(line.payload)), line.expected) << line.payload;
     }
 }
 
@@ -103,7 +97,7 @@ TEST(SsrcSettings, BehindTheRateAPayloadMayEndAnywhere) {
     constexpr std::size_t rate_bytes = 4;
     constexpr std::size_t flag_end_bytes = 9;
     for (std::size_t count = rate_bytes; count < whole.size() / 2; ++count) {
-        EXPECT_EQ(ssrc_settings::read(bytes(whole.substr(0, 2 * count))),
+        EXPECT_EQ(ssrc_settings::read(hex_bytes(whole.substr(0, 2 * count))),
                   (ssrc_settings{48000, count >= flag_end_bytes, ""}))
             << count << " bytes";
     }
@@ -112,7 +106,7 @@ TEST(SsrcSettings, BehindTheRateAPayloadMayEndAnywhere) {
                                    "01"
                                    "FFFFFFFF"
                                    "34343130";
-    EXPECT_EQ(ssrc_settings::read(bytes(huge_claim)), (ssrc_settings{48000, true, ""}));
+    EXPECT_EQ(ssrc_settings::read(hex_bytes(huge_claim)), (ssrc_settings{48000, true, ""}));
 }
 
 TEST(SsrcSettings, WithoutARateInItsRangeTheyAreRefused) {
@@ -122,22 +116,22 @@ TEST(SsrcSettings, WithoutARateInItsRangeTheyAreRefused) {
                                       "00000000"
                                       "00"
                                       "00000000"}) {
-        EXPECT_EQ(thrown_text<velmora_io::exception_io_data>([&] { ssrc_settings::read(bytes(payload)); }),
+        EXPECT_EQ(thrown_text<velmora_io::exception_io_data>([&] { ssrc_settings::read(hex_bytes(payload)); }),
                   "Unsupported format or corrupted file")
             << payload;
     }
 }
 
 TEST(SsrcSettings, AreWrittenInTheirOrder) {
-    EXPECT_EQ(ssrc_settings{}.write(), bytes("44AC0000"
-                                             "00000000"
-                                             "00"
-                                             "00000000"));
-    EXPECT_EQ((ssrc_settings{48000, true, "44100"}.write()), bytes("80BB0000"
-                                                                   "00000000"
-                                                                   "01"
-                                                                   "05000000"
-                                                                   "3434313030"));
+    EXPECT_EQ(ssrc_settings{}.write(), hex_bytes("44AC0000"
+                                                 "00000000"
+                                                 "00"
+                                                 "00000000"));
+    EXPECT_EQ((ssrc_settings{48000, true, "44100"}.write()), hex_bytes("80BB0000"
+                                                                       "00000000"
+                                                                       "01"
+                                                                       "05000000"
+                                                                       "3434313030"));
 }
 
 TEST(SsrcSettings, ComeBackAsTheyWere) {

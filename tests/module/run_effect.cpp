@@ -91,6 +91,12 @@ programme play_whole(velmora::effect_instance& effect, const programme& played, 
     return play(effect, played, {1'000'000, 1}, flags, random);
 }
 
+bool is_valid(strict_block& block) {
+    const std::size_t channels = block.get_channels();
+    return block.get_sample_rate() >= 1 && channels >= 1 && block.get_sample_count() >= 1 &&
+           block.get_data_ro() != nullptr && block.get_sample_count() <= block.get_data_size() / channels;
+}
+
 bool are_equal(const programme& a, const programme& b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const stretch& left, const stretch& right) {
         return left.format == right.format && bits_of(left.samples) == bits_of(right.samples);

@@ -53,6 +53,9 @@ programme play(velmora::effect_instance& effect, const programme& played, const 
 programme play_whole(velmora::effect_instance& effect, const programme& played,
                      std::uint32_t flags = velmora::run_flag::end_of_playback);
 
+/// Whether the block has a rate, channels, frames and the samples that it claims.
+bool is_valid(strict_block& block);
+
 /// Whether formats and samples are equal, bit for bit.
 bool are_equal(const programme& a, const programme& b);
 

@@ -1,15 +1,14 @@
 #include "tests/module/kept_console.h"
 #include "tests/module/literal_resampler.h"
+#include "tests/module/resampler_answers.h"
 #include "tests/module/run_effect.h"
 #include "tests/module/sinc_preset.h"
 #include "tests/support/thrown_text.h"
-#include "velmora/resampler_factory.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <new>
 #include <set>
 #include <span>
@@ -439,37 +438,19 @@ TEST(Sinc, DoesWhatTheLiteralOneDoes) {
     }
 }
 
-host::service_ptr<velmora::resampler_factory> factory() {
-    return host::query_as<velmora::resampler_factory>(*built_effects().find(resampler_name).factory);
-}
-
 TEST(SincFactory, TellsWhichConversionsItCanMake) {
-    struct row {
-        std::uint32_t source_hz;
-        std::uint32_t target_hz;
-        bool expected;
-    };
-    const row table[] = {
+    const conversion_row table[] = {
         {44100, 48000, true},     {48000, 44100, true},   {44100, 44100, true},
         {0, 48000, false},        {44100, 0, false},      {384000, 8000, true},
         {384000, 1501, true},     {384000, 1500, false}, // 2^24 × 256 is 2^32
         {1000, 20'000'000, true}, {4294967295, 1, false}, {4294967295, 4294967295, true},
         {1, 4294967295, true}, // though no converter can be made: two limits tell, both going down
     };
-    for (const row& line : table) {
-        EXPECT_EQ(factory()->is_conversion_supported(line.source_hz, line.target_hz), line.expected)
-            << line.source_hz << " to " << line.target_hz;
-    }
+    expect_conversions(resampler_name, table);
 }
 
 TEST(SincFactory, MakesThePresetThatTheHostAsksFor) {
-    host::preset made;
-    made.set_data("old", 3);
-    factory()->make_preset(&made, 96000, 0.7);
-    EXPECT_EQ(made.owner(), built_effects().find(resampler_name).identity);
-    const auto payload = sinc_payload(96000, 3);
-    ASSERT_EQ(made.payload().size(), payload.size());
-    EXPECT_EQ(std::memcmp(made.payload().data(), payload.data(), payload.size()), 0);
+    expect_preset_made(resampler_name, 96000, 0.7, sinc_payload(96000, 3));
 }
 
 } // namespace

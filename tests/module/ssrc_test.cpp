@@ -1,15 +1,14 @@
 #include "frame/exceptions.h"
 #include "host/objects/abort_switch.h"
 #include "tests/module/kept_console.h"
+#include "tests/module/resampler_answers.h"
 #include "tests/module/run_effect.h"
 #include "tests/module/ssrc_preset.h"
 #include "tests/resampler_ssrc/conversions.h"
 #include "tests/support/thrown_text.h"
-#include "velmora/resampler_factory.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -359,17 +358,8 @@ TEST(Ssrc, AShortPresetConvertsAndExcludesNothing) {
     EXPECT_TRUE(are_equal(play_whole(*make_effect(ssrc_name, {0x80, 0xBB, 0, 0}), played), converted(played, 48000)));
 }
 
-host::service_ptr<velmora::resampler_factory> factory() {
-    return host::query_as<velmora::resampler_factory>(*built_effects().find(ssrc_name).factory);
-}
-
 TEST(SsrcFactory, TellsWhichConversionsItCanMake) {
-    struct row {
-        std::uint32_t source_hz;
-        std::uint32_t target_hz;
-        bool expected;
-    };
-    const row table[] = {
+    const conversion_row table[] = {
         {44100, 48000, true},   {48000, 44100, true},
         {22050, 44100, true},   {44100, 44100, true},
         {48000, 32000, true},   {44100, 96000, true},
@@ -378,21 +368,12 @@ TEST(SsrcFactory, TellsWhichConversionsItCanMake) {
         {44100, 0, false},      {0, 0, false},
         {44740, 48001, false},  {4294967295, 4294967295, true},
     };
-    for (const row& line : table) {
-        EXPECT_EQ(factory()->is_conversion_supported(line.source_hz, line.target_hz), line.expected)
-            << line.source_hz << " to " << line.target_hz;
-    }
+    expect_conversions(ssrc_name, table);
 }
 
 TEST(SsrcFactory, MakesThePresetThatTheHostAsksFor) {
     for (const double quality : {0.0, 1.0}) {
-        host::preset made;
-        made.set_data("old", 3);
-        factory()->make_preset(&made, 96000, quality);
-        EXPECT_EQ(made.owner(), built_effects().find(ssrc_name).identity);
-        const std::vector<std::uint8_t> expected{0, 0x77, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-        ASSERT_EQ(made.payload().size(), expected.size());
-        EXPECT_EQ(std::memcmp(made.payload().data(), expected.data(), expected.size()), 0);
+        expect_preset_made(ssrc_name, 96000, quality, {0, 0x77, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
     }
 }
 
