@@ -27,7 +27,8 @@ endif()
 # this level of optimisation GCC 12 believes that sums of strings are written past their end.
 if(KELVANE_COMPILES_FAST)
     add_library(test_options INTERFACE)
-    target_compile_options(test_options INTERFACE -O1 -Wno-array-bounds -Wno-stringop-overflow)
+    target_compile_options(test_options INTERFACE
+        $<IF:$<BOOL:${KELVANE_SANITIZE}>,-O0,-O1> -Wno-array-bounds -Wno-stringop-overflow)
     add_executable(test_headers ${CMAKE_CURRENT_LIST_DIR}/test_headers.cpp)
     target_precompile_headers(test_headers PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
     target_link_libraries(test_headers PRIVATE gmock project_options test_options)

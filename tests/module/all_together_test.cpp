@@ -166,10 +166,8 @@ album any_album(random_source& random) {
 
 programme play(chain& effects, const album& tracks, const cutting& cut, std::uint32_t flags_behind_last,
                random_source& random) {
-    const auto run = [&effects](strict_list& list, std::uint32_t flags) {
-        host::abort_switch abort;
-        effects.run(list, flags, abort);
-    };
+    host::abort_switch abort;
+    const auto run = [&](strict_list& list, std::uint32_t flags) { effects.run(list, flags, abort); };
     programme heard;
     for (const programme& track : tracks) {
         const std::uint32_t flags = end_of_track | (&track == &tracks.back() ? flags_behind_last : 0U);

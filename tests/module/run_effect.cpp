@@ -79,8 +79,8 @@ programme play(const list_run& run, const programme& played, const cutting& cut,
 
 programme play(velmora::effect_instance& effect, const programme& played, const cutting& cut, std::uint32_t last_flags,
                random_source& random) {
-    const auto run = [&effect](strict_list& list, std::uint32_t flags) {
-        host::abort_switch abort;
+    host::abort_switch abort;
+    const auto run = [&](strict_list& list, std::uint32_t flags) {
         effect.run_abortable(&list, nullptr, flags, &abort);
     };
     return play(run, played, cut, last_flags, random);

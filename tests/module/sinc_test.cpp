@@ -205,7 +205,7 @@ TEST(Sinc, AsManyFramesComeOutAsBelongToTheTime) {
     for (const row& line : table) {
         for (std::uint32_t quality = line.lowest_quality; quality <= line.highest_quality; ++quality) {
             const auto effect = make_resampler(line.target_hz, quality);
-            for (const std::size_t frames : tried_lengths(random, 200)) {
+            for (const std::size_t frames : tried_lengths(random, KELVANE_SEEDED_LENGTHS)) {
                 const programme out = play(*effect, mono_noise(line.input_hz, frames, random),
                                            {pick(random, 1, 3000), 3}, end_of_playback, random);
                 ASSERT_EQ(frames_of(out), expected_frames(frames, line.input_hz, line.target_hz))

@@ -20,7 +20,7 @@ forget_results() {
     mkdir -p "build/$1/reports"
 }
 
-# run_tests VARIANT COMMAND...: builds the variant and runs its tests by the command.
+# run_tests VARIANT [COMMAND...]: builds the variant and runs its tests, by the command if there is one.
 run_tests() {
     local variant=$1
     shift
@@ -28,7 +28,7 @@ run_tests() {
     forget_results "$variant"
     tally+=(--build "build/$variant")
     build_variant "$variant" || return 0
-    "$@" ctest --preset "$variant" --output-junit "$PWD/build/$variant/ctest.xml" || true
+    "$@" ctest --preset "$variant" --parallel "$(nproc)" --output-junit "$PWD/build/$variant/ctest.xml" || true
 }
 
 # What the Windows program makes of music is held against what the native one makes of it.
@@ -43,9 +43,8 @@ run_windows_tests() {
 
 run_test_part() {
     case "$1" in
-        native) run_tests native env CTEST_PARALLEL_LEVEL="$(nproc)" ;;
-        sanitize) run_tests sanitize env CTEST_PARALLEL_LEVEL="$(nproc)" ;;
-        windows) run_windows_tests ;; # one at a time: the windows of two tests would take each other's focus
+        native | sanitize) run_tests "$1" ;;
+        windows) run_windows_tests ;;
         clang) check "build with clang" build_variant clang ;;
         style)
             check "format" check_format
