@@ -3,6 +3,8 @@
 
 #include "bench/measure/converters.h"
 
+#include <vector>
+
 namespace bench {
 
 /// The bare windowed-sinc converter at each of its levels, by their names: what is timed.

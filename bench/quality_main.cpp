@@ -10,16 +10,20 @@
 
 #include <cmath>
 #include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 
 constexpr bench::conversion up{44100, 48000, 1};
 constexpr bench::conversion down{48000, 44100, 1};
 constexpr double sweep_s = 8.0;
-const std::string pictured_peer = "libsoxr VHQ steep";
+constexpr std::string_view pictured_peer = "libsoxr VHQ steep";
 
 void print_head() {
     fmt::print("| converter | 997 Hz (dB) | 15 kHz (dB) | -0.1 dB (Hz) | -3 dB (Hz) | image of 20.5 kHz (dB) | "

@@ -7,6 +7,7 @@
 #include "bench/peer_converters.h"
 
 #include <array>
+#include <vector>
 
 namespace bench {
 

@@ -30,7 +30,7 @@ inline constexpr std::size_t block_size_limit_bytes = 2'147'483'648;
 bool is_block_with_audio(velmora::sample_block& block);
 
 /// Whether the samples that the block claims are there: a buffer, and room in it for channels × frames. A block that
-/// fails this must not be read; an effect passes it on unchanged.
+/// fails this must not be read; most effects pass it on unchanged.
 bool has_samples(velmora::sample_block& block);
 
 /// Whether the block holds front left and front right, and nothing else.

@@ -15,12 +15,12 @@ public:
     modal_dialog(const modal_dialog&) = delete;
     modal_dialog& operator=(const modal_dialog&) = delete;
 
+protected:
+    virtual ~modal_dialog() = default;
+
     /// Runs the template with number `template_id` over `parent_window` until it ends and returns its result: `IDOK`,
     /// or anything else for a dialog that was cancelled or could not be opened.
     INT_PTR run(int template_id, void* parent_window);
-
-protected:
-    virtual ~modal_dialog() = default;
 
     /// The controls are there and empty. What this writes into them comes back to no event.
     virtual void on_initialise() = 0;

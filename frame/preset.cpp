@@ -3,6 +3,7 @@
 #include "frame/exceptions.h"
 
 #include <algorithm>
+#include <new>
 #include <stdexcept>
 #include <utility>
 

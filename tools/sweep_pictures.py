@@ -58,8 +58,8 @@ def draw_all(folder, converters, floor_db):
     figure, grid = plt.subplots(
         len(converters), len(DIRECTIONS), figsize=(11, height_inches), constrained_layout=True, squeeze=False
     )
-    for row, converter in zip(grid, converters):
-        for axes, (direction, rate_hz, title) in zip(row, DIRECTIONS):
+    for row, converter in zip(grid, converters, strict=True):
+        for axes, (direction, rate_hz, title) in zip(row, DIRECTIONS, strict=True):
             image = draw(axes, np.fromfile(folder / f"{converter}_{direction}.f64"), rate_hz, floor_db)
             axes.set_ylabel("kHz")
             axes.set_title(f"{converter}: {title}", fontsize=9)

@@ -1,6 +1,7 @@
 // Sample-rate converters under one roof, for what measures them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>

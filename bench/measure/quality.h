@@ -3,6 +3,8 @@
 
 #include "bench/measure/tone.h"
 
+#include <vector>
+
 namespace bench {
 
 /// Signal to noise of a tone.

@@ -3,9 +3,14 @@
 
 #include "bench/measure/converters.h"
 
+#include <cstddef>
+#include <functional>
+#include <span>
+#include <vector>
+
 namespace bench {
 
-/// Of the tones that go in: -1 dB below full scale.
+/// Of the tones that go in: 1 dB below full scale.
 inline constexpr double tone_amplitude = 0.8912509381337456;
 
 /// What comes out of a conversion for a tone of so many hertz: so many frames of the steady state.

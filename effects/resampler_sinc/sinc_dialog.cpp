@@ -1,12 +1,13 @@
 #include "effects/resampler_sinc/sinc_dialog.h"
 
 #include "effects/resampler_sinc/sinc_quality_core.h"
+#include "effects/target_rates.h"
 
 namespace kelvane {
 
 namespace {
 
-constexpr rate_limits limits{.lowest_hz = min_sinc_rate_hz, .highest_hz = max_sinc_rate_hz};
+constexpr rate_limits limits{.lowest_hz = min_target_rate_hz, .highest_hz = max_target_rate_hz};
 
 bool is_in_list(int quality) {
     return quality >= 0 && quality < static_cast<int>(sinc_qualities.size());

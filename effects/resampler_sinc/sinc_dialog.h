@@ -13,8 +13,6 @@ class preset_change_callback;
 
 namespace kelvane {
 
-inline constexpr int longest_typed_sinc_rate_letters = 7;
-
 /// What the controls show.
 struct sinc_dialog_content {
     rate_entry rate;

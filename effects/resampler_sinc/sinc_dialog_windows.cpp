@@ -9,6 +9,8 @@ namespace kelvane {
 
 namespace {
 
+constexpr int longest_typed_rate_letters = 7; // up to 9999999 Hz
+
 class sinc_dialog final : public live_dialog<sinc_settings> {
 public:
     using live_dialog::live_dialog;
@@ -47,7 +49,7 @@ private:
 
     void fill_lists() {
         rate().offer_rates();
-        rate().limit_text(longest_typed_sinc_rate_letters);
+        rate().limit_text(longest_typed_rate_letters);
         for (const sinc_quality& level : sinc_qualities) {
             quality().add(level.name);
         }

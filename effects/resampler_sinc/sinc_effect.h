@@ -25,8 +25,8 @@ public:
 
     explicit sinc_resampler_effect(const sinc_settings& chosen);
 
-    /// Takes a block without samples out of the list. Throws `bad_allocation` when the block's rate cannot be
-    /// converted.
+    /// Takes a block without samples, or without those that it claims, out of the list. Throws `bad_allocation` when
+    /// the block's rate cannot be converted.
     bool on_block(velmora::sample_block* block, velmora::abort_signal*) override;
     void on_playback_end(velmora::abort_signal*) override;
     void flush() override;

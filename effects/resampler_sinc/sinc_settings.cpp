@@ -1,5 +1,6 @@
 #include "effects/resampler_sinc/sinc_settings.h"
 
+#include "effects/target_rates.h"
 #include "frame/exceptions.h"
 #include "frame/payload_reader.h"
 #include "frame/payload_writer.h"
@@ -30,7 +31,7 @@ void read_fields(payload_reader& fields, sinc_settings& settings) {
 
 void repair(sinc_settings& settings) {
     const sinc_settings defaults;
-    if (settings.target_rate_hz < min_sinc_rate_hz || settings.target_rate_hz > max_sinc_rate_hz) {
+    if (!is_target_rate(settings.target_rate_hz)) {
         settings.target_rate_hz = defaults.target_rate_hz;
     }
     if (settings.quality == not_read) {

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t most_held_frames = most_edge_frames;
 constexpr std::size_t first_plan_frames = 4096;
-constexpr std::size_t plan_granule_frames = 1024;
+constexpr std::size_t plan_growth_frames = 1024;
 
 } // namespace
 
@@ -125,7 +125,7 @@ void sinc_stream::make_room(std::size_t input_frames) {
 std::span<const double> sinc_stream::convert(std::span<const double> frames) {
     const std::size_t count = frames_in(frames);
     if (count > planned_frames_) {
-        make_room(count + count % plan_granule_frames);
+        make_room(count + count % plan_growth_frames); // more by the remainder, not up to the next multiple
     }
     const std::size_t made = resampler_->process(frames, {converted_.data(), converted_.capacity()});
     const std::size_t discarded = std::min(made, discarded_frames_);

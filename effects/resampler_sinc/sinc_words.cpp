@@ -1,8 +1,9 @@
 #include "effects/resampler_sinc/sinc_words.h"
 
+#include "effects/exclude_field.h"
 #include "effects/resampler_sinc/sinc_quality_core.h"
 #include "effects/resampler_sinc/sinc_settings.h"
-#include "frame/exclude_field.h"
+#include "effects/target_rates.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -67,7 +68,8 @@ std::unique_ptr<settings_words> sinc_words() {
     std::vector<described_field<sinc_settings>> fields{
         number_field({.name = "rate",
                       .unit = "Hz",
-                      .range = "a whole number of 32 bits (1000 to 20000000 in the dialog)",
+                      .range = "a whole number of 32 bits (" + std::to_string(min_target_rate_hz) + " to " +
+                               std::to_string(max_target_rate_hz) + " in the dialog)",
                       .meaning = "the sample rate of the output"},
                      &sinc_settings::target_rate_hz),
         quality_field(),

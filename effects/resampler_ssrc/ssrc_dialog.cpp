@@ -1,12 +1,14 @@
 #include "effects/resampler_ssrc/ssrc_dialog.h"
 
+#include "effects/target_rates.h"
+
 #include "frame/preset_payload.h"
 
 namespace kelvane {
 
 namespace {
 
-constexpr rate_limits limits{.lowest_hz = 1000, .highest_hz = 384'000};
+constexpr rate_limits limits{.lowest_hz = min_target_rate_hz, .highest_hz = 384'000};
 
 } // namespace
 

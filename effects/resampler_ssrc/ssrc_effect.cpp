@@ -1,5 +1,6 @@
 #include "effects/resampler_ssrc/ssrc_effect.h"
 
+#include "effects/target_rates.h"
 #include "frame/exceptions.h"
 
 #include <algorithm>
@@ -17,8 +18,9 @@ constexpr std::size_t most_samples = std::numeric_limits<std::uint32_t>::max() /
 /// The size of a frame has 16 bits in the description that the converter takes.
 constexpr std::uint32_t most_described_channels = std::numeric_limits<std::uint16_t>::max() / sizeof(double);
 
+/// Whether the end of such a stream is waited for. The input rates are those that a target rate may have.
 bool is_usual(const stream_format& format) noexcept {
-    return format.channels >= 1 && format.channels <= most_channels && is_ssrc_rate(format.sample_rate_hz);
+    return format.channels >= 1 && format.channels <= most_channels && is_target_rate(format.sample_rate_hz);
 }
 
 } // namespace
@@ -58,7 +60,7 @@ void ssrc_resampler::follow_format(const stream_format& format) {
         return;
     }
     end_stream();
-    if (!is_ssrc_rate(target_hz_)) {
+    if (!is_target_rate(target_hz_)) {
         throw mox::exception_invalid_params();
     }
     passes_ = is_left_alone(format.sample_rate_hz) || !set_up_for(format);

@@ -26,6 +26,8 @@ public:
 
     explicit ssrc_resampler(const ssrc_settings& chosen);
 
+    /// Takes a block without frames out of the list; one that claims samples which it does not have passes.
+    ///
     /// Throws `mox::exception_invalid_params` for a target rate out of its range, `mox::exception_overflow` for a block
     /// whose size in bytes leaves 32 bits (the stream goes on behind it), `bad_allocation` when there is no memory for
     /// a converter, and a `std::runtime_error` when there is none for its output.

@@ -1,5 +1,6 @@
 #include "effects/resampler_ssrc/ssrc_settings.h"
 
+#include "effects/target_rates.h"
 #include "frame/exceptions.h"
 #include "frame/payload_reader.h"
 #include "frame/payload_writer.h"
@@ -12,7 +13,7 @@ constexpr std::uint32_t reserved = 0;
 
 std::uint32_t read_target_rate(payload_reader& fields) {
     const std::uint32_t rate_hz = read_u32(fields);
-    if (!is_ssrc_rate(rate_hz)) {
+    if (!is_target_rate(rate_hz)) {
         throw velmora_io::exception_io_data();
     }
     return rate_hz;

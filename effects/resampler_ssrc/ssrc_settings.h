@@ -11,14 +11,6 @@
 
 namespace kelvane {
 
-/// The target rates that may be asked for, and the input rates whose streams are drained and counted as latency, in Hz.
-inline constexpr std::uint32_t min_ssrc_rate_hz = 1000;
-inline constexpr std::uint32_t max_ssrc_rate_hz = 20'000'000;
-
-constexpr bool is_ssrc_rate(std::int64_t rate_hz) noexcept {
-    return rate_hz >= min_ssrc_rate_hz && rate_hz <= max_ssrc_rate_hz;
-}
-
 struct ssrc_settings {
     static constexpr velmora::guid identity{
         0x4D26D35C, 0x5DA8, 0x4F9C, {0xAE, 0x8F, 0x5A, 0x4C, 0x8B, 0x8F, 0xEE, 0x40}};

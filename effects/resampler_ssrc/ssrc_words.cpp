@@ -1,7 +1,8 @@
 #include "effects/resampler_ssrc/ssrc_words.h"
 
+#include "effects/exclude_field.h"
 #include "effects/resampler_ssrc/ssrc_settings.h"
-#include "frame/exclude_field.h"
+#include "effects/target_rates.h"
 
 #include <cstdint>
 #include <string>
@@ -15,7 +16,7 @@ namespace {
 
 bool change_rate(ssrc_settings& settings, std::string_view text) {
     const auto rate_hz = parse_number(text);
-    const bool is_taken = rate_hz && is_ssrc_rate(*rate_hz);
+    const bool is_taken = rate_hz && is_target_rate(*rate_hz);
     if (is_taken) {
         settings.target_rate_hz = static_cast<std::uint32_t>(*rate_hz);
     }
@@ -25,7 +26,7 @@ bool change_rate(ssrc_settings& settings, std::string_view text) {
 described_field<ssrc_settings> rate_field() {
     return {{.name = "rate",
              .unit = "Hz",
-             .range = std::to_string(min_ssrc_rate_hz) + " to " + std::to_string(max_ssrc_rate_hz),
+             .range = std::to_string(min_target_rate_hz) + " to " + std::to_string(max_target_rate_hz),
              .meaning = "the sample rate of the output"},
             [](const ssrc_settings& settings) { return std::to_string(settings.target_rate_hz); },
             change_rate};

@@ -5,10 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <numbers>
+#include <span>
 #include <stdexcept>
+#include <vector>
 
 namespace {
 

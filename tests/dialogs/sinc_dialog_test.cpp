@@ -16,14 +16,14 @@ using namespace testing_support;
 using payload = std::vector<std::uint8_t>;
 
 host::preset preset_of(const payload& bytes) {
-    return testing_support::preset_of(resampler_name, bytes.data(), bytes.size());
+    return testing_support::preset_of(sinc_name, bytes.data(), bytes.size());
 }
 
 /// The payloads that the dialog reports.
 std::vector<payload> show(const host::preset& opening, const std::function<void(HWND)>& acts) {
     std::vector<payload> payloads;
-    for (const host::preset& live : show_dialog(resampler_name, opening, acts)) {
-        EXPECT_EQ(live.owner(), built_effects().find(resampler_name).identity);
+    for (const host::preset& live : show_dialog(sinc_name, opening, acts)) {
+        EXPECT_EQ(live.owner(), built_effects().find(sinc_name).identity);
         payloads.push_back(bytes_of(live));
     }
     return payloads;
@@ -212,7 +212,7 @@ TEST(SincDialog, EditingAnswersWhetherAnythingChanged) {
     };
     for (const row& line : table) {
         host::preset edited = preset_of(line.opening);
-        EXPECT_EQ(edit_by_dialog(resampler_name, edited, line.acts), line.is_changed);
+        EXPECT_EQ(edit_by_dialog(sinc_name, edited, line.acts), line.is_changed);
         EXPECT_EQ(bytes_of(edited), line.left);
     }
 }

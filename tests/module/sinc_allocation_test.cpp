@@ -47,7 +47,7 @@ private:
 
     std::vector<double> audio_ = make_audio();
     recycling_list list_{room_samples, format};
-    host::service_ptr<velmora::effect_instance> effect_ = make_resampler(target_hz, 0);
+    host::service_ptr<velmora::effect_instance> effect_ = make_sinc(target_hz, 0);
 };
 
 TEST(SincAllocations, ThereAreNoneAfterTheLongestBlock) {

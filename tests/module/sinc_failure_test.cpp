@@ -60,7 +60,7 @@ programme play_to_the_end(velmora::effect_instance& effect) {
 }
 
 host::service_ptr<velmora::effect_instance> in_the_middle(const failing_call& call) {
-    auto effect = make_resampler(target_hz, quality);
+    auto effect = make_sinc(target_hz, quality);
     if (call.frames_before != 0) {
         strict_list list;
         append(list, noises({stereo}, call.frames_before));
@@ -89,7 +89,7 @@ void expect_clean_failure(const failing_call& call, std::size_t taken, Refuse re
             << "block " << i;
     }
     EXPECT_EQ(effect->get_latency(), 0.0); // the stream is gone
-    EXPECT_TRUE(are_equal(play_to_the_end(*effect), play_to_the_end(*make_resampler(target_hz, quality))));
+    EXPECT_TRUE(are_equal(play_to_the_end(*effect), play_to_the_end(*make_sinc(target_hz, quality))));
 }
 
 TEST(SincFailure, WithoutABlockNothingOfTheCallIsLeftAndTheNextStreamIsAsNew) {
@@ -130,7 +130,7 @@ TEST(SincFailure, AfterTheFailureTheBlockThatWasNotTakenBeginsAStream) {
     effect->run(&list, nullptr, end_of_playback);
     strict_list expected;
     append(expected, blocks);
-    make_resampler(target_hz, quality)->run(&expected, nullptr, end_of_playback);
+    make_sinc(target_hz, quality)->run(&expected, nullptr, end_of_playback);
     ASSERT_EQ(list.get_count(), expected.get_count());
     for (std::size_t i = 0; i < list.get_count(); ++i) {
         EXPECT_EQ(bits_of(list.at(i).samples()), bits_of(expected.at(i).samples())) << i;

@@ -25,7 +25,7 @@ struct rate_pair {
 
 std::vector<double> resample(const rate_pair& rates, std::uint32_t quality, const std::vector<double>& mono) {
     random_source random(1);
-    const auto effect = make_resampler(rates.target_hz, quality);
+    const auto effect = make_sinc(rates.target_hz, quality);
     const programme out =
         play(*effect, {{{rates.input_hz, 1, 0x4}, mono}}, {4096, 1}, velmora::run_flag::end_of_playback, random);
     return out.empty() ? std::vector<double>() : out[0].samples;

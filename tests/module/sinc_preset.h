@@ -9,7 +9,7 @@
 
 namespace testing_support {
 
-inline constexpr auto resampler_name = "Resampler (RetroArch)";
+inline constexpr auto sinc_name = "Resampler (RetroArch)";
 
 /// Target rate, quality, 1 byte whether the exclusions count, and their text behind its length; little-endian.
 inline std::vector<std::uint8_t> sinc_payload(std::uint32_t target_hz, std::uint32_t quality, bool excludes = false,
@@ -28,12 +28,12 @@ inline std::vector<std::uint8_t> sinc_payload(std::uint32_t target_hz, std::uint
     return bytes;
 }
 
-inline host::service_ptr<velmora::effect_instance> make_resampler(const std::vector<std::uint8_t>& payload) {
-    return make_effect(resampler_name, payload);
+inline host::service_ptr<velmora::effect_instance> make_sinc(const std::vector<std::uint8_t>& payload) {
+    return make_effect(sinc_name, payload);
 }
 
-inline host::service_ptr<velmora::effect_instance> make_resampler(std::uint32_t target_hz, std::uint32_t quality) {
-    return make_resampler(sinc_payload(target_hz, quality));
+inline host::service_ptr<velmora::effect_instance> make_sinc(std::uint32_t target_hz, std::uint32_t quality) {
+    return make_sinc(sinc_payload(target_hz, quality));
 }
 
 } // namespace testing_support

@@ -32,7 +32,7 @@ programme mono_noise(std::uint32_t rate_hz, std::size_t frames, random_source& r
 
 TEST(Sinc, TheTargetRatePassesBitForBitAtOnce) {
     random_source random(1);
-    const auto effect = make_effect(resampler_name); // to 44100 Hz
+    const auto effect = make_effect(sinc_name); // to 44100 Hz
     const programme played = noise_in({{44100, 2, 0x3}, {44100, 6, 0x3F}}, 3000, 1.5, random);
     EXPECT_TRUE(are_equal(play(*effect, played, {500, 3}, 0, random), played));
     EXPECT_EQ(effect->get_latency(), 0.0);
@@ -41,7 +41,7 @@ TEST(Sinc, TheTargetRatePassesBitForBitAtOnce) {
 
 TEST(Sinc, FiveHundredFramesComeOutAtTheEnd) {
     random_source random(1);
-    const auto effect = make_resampler(48000, 2);
+    const auto effect = make_sinc(48000, 2);
     EXPECT_TRUE(play(*effect, mono_noise(44100, 500, random), {100, 2}, end_of_track, random).empty());
     EXPECT_EQ(effect->get_latency(), 500.0 / 44100);
     const programme out = play_whole(*effect, {});
@@ -54,19 +54,19 @@ TEST(Sinc, FiveHundredFramesComeOutAtTheEnd) {
 TEST(Sinc, AnEightBytePresetIsOfTheOlderForm) {
     random_source random(1);
     const programme played = mono_noise(44100, 3000, random);
-    const programme highest = play_whole(*make_resampler(96000, 4), played);
-    const programme normal = play_whole(*make_resampler(96000, 2), played);
-    EXPECT_TRUE(are_equal(play_whole(*make_resampler({1, 0, 0, 0, 0, 0x77, 1, 0}), played), highest));
-    EXPECT_TRUE(are_equal(play_whole(*make_resampler({0, 0, 0, 0, 0, 0x77, 1, 0}), played), normal));
+    const programme highest = play_whole(*make_sinc(96000, 4), played);
+    const programme normal = play_whole(*make_sinc(96000, 2), played);
+    EXPECT_TRUE(are_equal(play_whole(*make_sinc({1, 0, 0, 0, 0, 0x77, 1, 0}), played), highest));
+    EXPECT_TRUE(are_equal(play_whole(*make_sinc({0, 0, 0, 0, 0, 0x77, 1, 0}), played), normal));
     EXPECT_FALSE(are_equal(highest, normal));
 }
 
 TEST(Sinc, AQualityWithoutALevelIsNormal) {
     random_source random(1);
     const programme played = mono_noise(44100, 3000, random);
-    const programme normal = play_whole(*make_resampler(48000, 2), played);
+    const programme normal = play_whole(*make_sinc(48000, 2), played);
     for (const std::uint32_t quality : {5U, 7U, 0xFFFFFFFFU}) {
-        EXPECT_TRUE(are_equal(play_whole(*make_resampler(48000, quality), played), normal)) << quality;
+        EXPECT_TRUE(are_equal(play_whole(*make_sinc(48000, quality), played), normal)) << quality;
     }
 }
 
@@ -81,7 +81,7 @@ TEST(Sinc, ExcludedRatesPassWithANotice) {
             const kept_console console;
             random_source random(1);
             const programme played = mono_noise(rate_hz, 3000, random);
-            const auto effect = make_resampler(sinc_payload(32000, 0, excludes, exclusions));
+            const auto effect = make_sinc(sinc_payload(32000, 0, excludes, exclusions));
             const bool passes = excludes && rate_hz != 22050 && rate_hz != 96001;
             EXPECT_EQ(are_equal(play(*effect, played, {700, 2}, end_of_playback, random), played), passes) << rate_hz;
             EXPECT_EQ(console.lines, passes ? std::vector{notice_of(rate_hz)} : std::vector<std::string>()) << rate_hz;
@@ -92,7 +92,7 @@ TEST(Sinc, ExcludedRatesPassWithANotice) {
 TEST(Sinc, TheNoticeComesOnceForEachFormatAlsoForTheTargetRate) {
     const kept_console console;
     random_source random(1);
-    const auto effect = make_resampler(sinc_payload(48000, 2, true, "48000;8000"));
+    const auto effect = make_sinc(sinc_payload(48000, 2, true, "48000;8000"));
     play(*effect, noise_in({{48000, 1, 4}, {48000, 2, 3}, {44100, 2, 3}, {8000, 2, 3}}, 300, 0.5, random), {70, 2}, 0,
          random);
     EXPECT_EQ(console.lines, (std::vector{notice_of(48000), notice_of(48000), notice_of(8000)}));
@@ -101,7 +101,7 @@ TEST(Sinc, TheNoticeComesOnceForEachFormatAlsoForTheTargetRate) {
 TEST(Sinc, TheNoticeComesAgainInTheNextPlayback) {
     const kept_console console;
     random_source random(1);
-    const auto effect = make_resampler(sinc_payload(48000, 2, true, "8000"));
+    const auto effect = make_sinc(sinc_payload(48000, 2, true, "8000"));
     const programme played = mono_noise(8000, 300, random);
     for (std::size_t playback = 1; playback <= 3; ++playback) {
         play_whole(*effect, played, end_of_track);
@@ -113,7 +113,7 @@ TEST(Sinc, TheNoticeComesAgainInTheNextPlayback) {
 TEST(Sinc, ASeekBringsNoSecondNotice) {
     const kept_console console;
     random_source random(1);
-    const auto effect = make_resampler(sinc_payload(48000, 2, true, "8000"));
+    const auto effect = make_sinc(sinc_payload(48000, 2, true, "8000"));
     const programme played = mono_noise(8000, 300, random);
     for (int seek = 0; seek < 2; ++seek) {
         EXPECT_TRUE(are_equal(play_whole(*effect, played, 0), played));
@@ -126,7 +126,7 @@ TEST(Sinc, ASeekBringsNoSecondNotice) {
 TEST(Sinc, WithoutAHostTheNoticeIsDropped) {
     random_source random(1);
     const programme played = mono_noise(8000, 300, random);
-    EXPECT_TRUE(are_equal(play_whole(*make_resampler(sinc_payload(48000, 2, true, "8000")), played), played));
+    EXPECT_TRUE(are_equal(play_whole(*make_sinc(sinc_payload(48000, 2, true, "8000")), played), played));
 }
 
 TEST(Sinc, ARateThatCannotBeConvertedIsABadAllocationAtItsFirstBlock) {
@@ -143,7 +143,7 @@ TEST(Sinc, ARateThatCannotBeConvertedIsABadAllocationAtItsFirstBlock) {
     };
     random_source random(1);
     for (const row& line : table) {
-        const auto effect = make_resampler(line.target_hz, line.quality);
+        const auto effect = make_sinc(line.target_hz, line.quality);
         for (int attempt = 0; attempt < 2; ++attempt) {
             strict_list list;
             list.append(noise(random, 100, 0.5), {line.input_hz, 1, 0x4});
@@ -163,7 +163,7 @@ TEST(Sinc, ARateThatCannotBeConvertedIsABadAllocationAtItsFirstBlock) {
 TEST(Sinc, BlocksWithoutAudioAreDroppedAndChangeNothing) {
     random_source random(1);
     const programme played = mono_noise(44100, 5000, random);
-    const auto effect = make_resampler(48000, 2);
+    const auto effect = make_sinc(48000, 2);
     programme out;
     for (const std::size_t first : {0U, 2500U}) {
         strict_list list;
@@ -178,7 +178,7 @@ TEST(Sinc, BlocksWithoutAudioAreDroppedAndChangeNothing) {
             join(out, {{list.at(i).format(), list.at(i).samples()}});
         }
     }
-    EXPECT_TRUE(are_equal(out, play_whole(*make_resampler(48000, 2), played)));
+    EXPECT_TRUE(are_equal(out, play_whole(*make_sinc(48000, 2), played)));
 }
 
 /// The lengths at which something changes, and a lot of others.
@@ -204,7 +204,7 @@ TEST(Sinc, AsManyFramesComeOutAsBelongToTheTime) {
     random_source random(1);
     for (const row& line : table) {
         for (std::uint32_t quality = line.lowest_quality; quality <= line.highest_quality; ++quality) {
-            const auto effect = make_resampler(line.target_hz, quality);
+            const auto effect = make_sinc(line.target_hz, quality);
             for (const std::size_t frames : tried_lengths(random, KELVANE_SEEDED_LENGTHS)) {
                 const programme out = play(*effect, mono_noise(line.input_hz, frames, random),
                                            {pick(random, 1, 3000), 3}, end_of_playback, random);
@@ -224,7 +224,7 @@ TEST(Sinc, AnyRatesAndSpeakersKeepTheLength) {
         const auto channels = static_cast<std::uint32_t>(pick(random, 1, 9));
         const std::size_t frames = pick(random, 1, 3000);
         const programme played = noise_in({{input_hz, channels, 0}}, frames, 0.9, random);
-        const programme out = play(*make_resampler(target_hz, quality), played, {700, 3}, end_of_playback, random);
+        const programme out = play(*make_sinc(target_hz, quality), played, {700, 3}, end_of_playback, random);
         EXPECT_EQ(frames_of(out), expected_frames(frames, input_hz, target_hz))
             << frames << " frames of " << channels << " channels, " << input_hz << " to " << target_hz << ", quality "
             << quality;
@@ -234,7 +234,7 @@ TEST(Sinc, AnyRatesAndSpeakersKeepTheLength) {
 TEST(Sinc, NothingIsLostWhereTheWindowIsLongerThanWhatIsHeld) {
     random_source random(1);
     for (const std::size_t frames : {1U, 500U, 1024U, 3000U, 44100U}) {
-        const programme out = play_whole(*make_resampler(44100, 4), mono_noise(176400, frames, random));
+        const programme out = play_whole(*make_sinc(44100, 4), mono_noise(176400, frames, random));
         EXPECT_EQ(frames_of(out), expected_frames(frames, 176400, 44100)) << frames;
     }
 }
@@ -254,7 +254,7 @@ TEST(Sinc, TheEndOfAStreamIsOneBlock) {
     };
     random_source random(1);
     for (const row& line : table) {
-        const auto effect = make_resampler(line.target_hz, line.quality);
+        const auto effect = make_sinc(line.target_hz, line.quality);
         strict_list list;
         list.append(noise(random, 2 * line.frames, 0.9), {line.input_hz, 2, 0x30});
         effect->run(&list, nullptr, end_of_playback);
@@ -266,8 +266,8 @@ TEST(Sinc, TheEndOfAStreamIsOneBlock) {
 
 TEST(Sinc, AHalfFrameFallsAsTheDoublesFall) {
     random_source random(1);
-    EXPECT_EQ(frames_of(play_whole(*make_resampler(48000, 2), mono_noise(96000, 27, random))), 13U);
-    EXPECT_EQ(frames_of(play_whole(*make_resampler(48000, 2), mono_noise(96000, 1, random))), 1U);
+    EXPECT_EQ(frames_of(play_whole(*make_sinc(48000, 2), mono_noise(96000, 27, random))), 13U);
+    EXPECT_EQ(frames_of(play_whole(*make_sinc(48000, 2), mono_noise(96000, 1, random))), 1U);
 }
 
 TEST(Sinc, AnyCuttingIntoBlocksGivesTheSameBits) {
@@ -275,10 +275,10 @@ TEST(Sinc, AnyCuttingIntoBlocksGivesTheSameBits) {
     for (std::uint32_t quality = 0; quality < 5; ++quality) {
         for (const std::uint32_t target_hz : {96000U, 48000U, 32000U}) {
             const programme played = noise_in({{44100, 2, 0x3}}, 9000, 0.9, random);
-            const programme whole = play_whole(*make_resampler(target_hz, quality), played);
+            const programme whole = play_whole(*make_sinc(target_hz, quality), played);
             for (const cutting& cut :
                  {cutting{1, 50}, cutting{7, 3}, cutting{1023, 1}, cutting{1025, 2}, cutting{6000, 1}}) {
-                const auto effect = make_resampler(target_hz, quality);
+                const auto effect = make_sinc(target_hz, quality);
                 EXPECT_TRUE(are_equal(play(*effect, played, cut, end_of_playback, random), whole))
                     << "to " << target_hz << ", quality " << quality << ", blocks of up to "
                     << cut.longest_block_frames;
@@ -289,7 +289,7 @@ TEST(Sinc, AnyCuttingIntoBlocksGivesTheSameBits) {
 
 TEST(Sinc, HoldsBackTheNewest1024Frames) {
     random_source random(1);
-    const auto effect = make_resampler(88200, 0);
+    const auto effect = make_sinc(88200, 0);
     EXPECT_EQ(frames_of(play_whole(*effect, mono_noise(44100, 1024, random), 0)), 0U); // primed, and all held
     const std::size_t out = frames_of(play_whole(*effect, mono_noise(44100, 1000, random), 0));
     EXPECT_NEAR(static_cast<double>(out), 2000.0, 6.0); // less the converter's window
@@ -299,7 +299,7 @@ TEST(Sinc, AfterASeekThereIsNoPreRollAndNoDiscard) {
     random_source random(1);
     // Not primed yet; primed just now, and some of the output still to be discarded; under way.
     for (const std::size_t first_frames : {500U, 1024U, 5000U}) {
-        const auto effect = make_resampler(88200, 0);
+        const auto effect = make_sinc(88200, 0);
         play_whole(*effect, mono_noise(44100, first_frames, random), 0);
         effect->flush();
         EXPECT_EQ(effect->get_latency(), 0.0) << first_frames;
@@ -313,8 +313,8 @@ TEST(Sinc, AfterASeekThereIsNoPreRollAndNoDiscard) {
 TEST(Sinc, AFlushBeforeTheFirstBlockOrInAPassingFormatHasNoEffect) {
     random_source random(1);
     const programme played = mono_noise(44100, 3000, random);
-    const programme expected = play_whole(*make_resampler(48000, 2), played);
-    const auto effect = make_resampler(48000, 2);
+    const programme expected = play_whole(*make_sinc(48000, 2), played);
+    const auto effect = make_sinc(48000, 2);
     effect->flush();
     EXPECT_TRUE(are_equal(play_whole(*effect, played), expected));
     play_whole(*effect, mono_noise(48000, 100, random), 0);
@@ -336,9 +336,9 @@ TEST(Sinc, ASampleThatIsNoNumberSpoilsTheNearEdgeAndDoesNotStay) {
     const auto with_no_number_at = [&](std::size_t frame) {
         programme played = clean;
         played[0].samples[frame] = std::nan("");
-        return play_whole(*make_resampler(88200, 2), played);
+        return play_whole(*make_sinc(88200, 2), played);
     };
-    const programme expected = play_whole(*make_resampler(88200, 2), clean);
+    const programme expected = play_whole(*make_sinc(88200, 2), clean);
     ASSERT_EQ(frames_of(expected), 12'000U);
     // An output frame hears the 8 input frames before it and the 8 behind it.
     const programme early = with_no_number_at(1023);
@@ -357,7 +357,7 @@ TEST(Sinc, ASampleThatIsNoNumberSpoilsTheNearEdgeAndDoesNotStay) {
 TEST(Sinc, TheLatencyIsWhatWentInLessWhatCameOut) {
     random_source random(1);
     for (const std::uint32_t target_hz : {96000U, 48000U, 22050U}) {
-        const auto effect = make_resampler(target_hz, 2);
+        const auto effect = make_sinc(target_hz, 2);
         for (const bool is_after_flush : {false, true}) {
             std::size_t in = 0;
             std::size_t out = 0;
@@ -381,14 +381,14 @@ TEST(Sinc, AFormatChangeEndsTheOldStreamInItsOwnSpeakers) {
     const programme played = noise_in(formats, 2500, 0.9, random);
     programme apart;
     for (const stretch& one : played) {
-        join(apart, play_whole(*make_resampler(48000, 2), {one}));
+        join(apart, play_whole(*make_sinc(48000, 2), {one}));
     }
-    EXPECT_TRUE(are_equal(play(*make_resampler(48000, 2), played, {600, 4}, end_of_playback, random), apart));
+    EXPECT_TRUE(are_equal(play(*make_sinc(48000, 2), played, {600, 4}, end_of_playback, random), apart));
 }
 
 TEST(Sinc, TheEndOfATrackChangesNothing) {
     random_source random(1);
-    const auto effect = make_resampler(48000, 2);
+    const auto effect = make_sinc(48000, 2);
     EXPECT_FALSE(effect->needs_track_change_mark());
     const programme whole = mono_noise(44100, 6000, random);
     programme halves(2, {whole[0].format, {}});
@@ -396,7 +396,7 @@ TEST(Sinc, TheEndOfATrackChangesNothing) {
     halves[1].samples.assign(whole[0].samples.begin() + 3000, whole[0].samples.end());
     programme out = play_whole(*effect, {halves[0]}, end_of_track);
     join(out, play_whole(*effect, {halves[1]}));
-    EXPECT_TRUE(are_equal(out, play_whole(*make_resampler(48000, 2), whole)));
+    EXPECT_TRUE(are_equal(out, play_whole(*make_sinc(48000, 2), whole)));
 }
 
 /// One random programme through the effect and through the literal one.
@@ -406,7 +406,7 @@ void compare_with_literal(random_source& random, int round) {
     const std::uint32_t target_hz = rates_hz[pick(random, 0, rates_hz.size() - 1)];
     const auto quality = static_cast<std::uint32_t>(pick(random, 0, round % 10 == 0 ? 4 : 2));
     const bool excludes = pick(random, 0, 3) == 0;
-    const auto effect = make_resampler(sinc_payload(target_hz, quality, excludes, "8000-22050"));
+    const auto effect = make_sinc(sinc_payload(target_hz, quality, excludes, "8000-22050"));
     literal_resampler literal(target_hz, quality, excludes ? std::set{8000U, 22050U} : std::set<std::uint32_t>());
     programme out;
     for (int step = 0; step < 8; ++step) {
@@ -445,11 +445,11 @@ TEST(SincFactory, TellsWhichConversionsItCanMake) {
         {1000, 20'000'000, true}, {4294967295, 1, false}, {4294967295, 4294967295, true},
         {1, 4294967295, true}, // though no converter can be made: two limits tell, both going down
     };
-    expect_conversions(resampler_name, table);
+    expect_conversions(sinc_name, table);
 }
 
 TEST(SincFactory, MakesThePresetThatTheHostAsksFor) {
-    expect_preset_made(resampler_name, 96000, 0.7, sinc_payload(96000, 3));
+    expect_preset_made(sinc_name, 96000, 0.7, sinc_payload(96000, 3));
 }
 
 } // namespace

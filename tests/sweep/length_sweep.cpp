@@ -36,7 +36,7 @@ bool is_length_right(velmora::effect_instance& effect, std::uint32_t target_hz, 
 std::size_t sweep(std::uint32_t quality, std::uint32_t target_hz) {
     random_source random(1);
     const std::vector<double> longest = noise(random, long_frames.back(), 0.9);
-    const auto effect = make_resampler(target_hz, quality);
+    const auto effect = make_sinc(target_hz, quality);
     std::size_t wrong = 0;
     const auto try_length = [&](std::size_t frames) {
         const auto end = longest.begin() + static_cast<std::ptrdiff_t>(frames);
