@@ -85,9 +85,9 @@ std::string range_of_masks() {
 }
 
 template <class Settings>
-std::unique_ptr<settings_words> words_of(std::string meaning) {
+std::unique_ptr<settings_words> words_of(const std::string& meaning) {
     std::vector<described_field<Settings>> fields{
-        {{.name = "mask", .unit = "", .range = range_of_masks(), .meaning = std::move(meaning)},
+        {{.name = "mask", .unit = "", .range = range_of_masks(), .meaning = meaning},
          [](const Settings& settings) { return show_mask(settings.target_mask); },
          [](Settings& settings, std::string_view text) {
              const auto mask = parse_mask(text);

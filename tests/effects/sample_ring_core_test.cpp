@@ -96,7 +96,7 @@ std::vector<double> pop(sample_ring& ring, std::size_t count) {
 
 std::vector<double> pop(std::deque<double>& queue, std::size_t count) {
     const auto last = queue.begin() + static_cast<std::ptrdiff_t>(count);
-    const std::vector<double> dropped(queue.begin(), last);
+    std::vector<double> dropped(queue.begin(), last);
     queue.erase(queue.begin(), last);
     return dropped;
 }

@@ -108,22 +108,31 @@ TEST(Upmix, SpeakersBesideTheCentreRepeatTheirSide) {
     EXPECT_EQ(upmix(0x4, 0xC4), (rows{{1}, {1}, {1}}));
 }
 
-/// The weight by the rules as one writes them down.
-double literal_weight(const std::string& output, const std::string& input, const std::set<std::string>& inputs) {
+/// The weight in a speaker that stands between two others, if both are there.
+std::optional<double> literal_weight_of_pair(const std::string& output, const std::string& input,
+                                             const std::set<std::string>& inputs) {
     struct pair_rule {
         const char* output;
         const char* left;
         const char* right;
     };
-    if (inputs.contains(output)) {
-        return output == input ? 1.0 : 0.0;
-    }
     for (const pair_rule& rule : {pair_rule{"SL", "FL", "BL"}, pair_rule{"SR", "FR", "BR"}, pair_rule{"FC", "FL", "FR"},
                                   pair_rule{"BC", "BL", "BR"}, pair_rule{"bit 13", "bit 12", "bit 14"},
                                   pair_rule{"bit 16", "bit 15", "bit 17"}}) {
         if (output == rule.output && inputs.contains(rule.left) && inputs.contains(rule.right)) {
             return input == rule.left || input == rule.right ? 0.5 : 0.0;
         }
+    }
+    return std::nullopt;
+}
+
+/// The weight by the rules as one writes them down.
+double literal_weight(const std::string& output, const std::string& input, const std::set<std::string>& inputs) {
+    if (inputs.contains(output)) {
+        return output == input ? 1.0 : 0.0;
+    }
+    if (const auto weight = literal_weight_of_pair(output, input, inputs)) {
+        return *weight;
     }
     if ((output == "BL" || output == "BR") && inputs.contains("BC")) {
         return input == "BC" ? 1.0 : 0.0;

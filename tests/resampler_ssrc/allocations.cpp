@@ -2,8 +2,10 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <limits>
+#include <memory>
 #include <new>
 
 namespace {
@@ -35,9 +37,10 @@ void* aligned(std::size_t bytes, std::size_t alignment) noexcept {
     if (whole == nullptr) {
         return nullptr;
     }
-    const auto first = reinterpret_cast<std::uintptr_t>(whole) + sizeof(void*);
-    auto* block = reinterpret_cast<void**>((first + alignment - 1) / alignment * alignment);
-    block[-1] = whole;
+    void* block = static_cast<std::byte*>(whole) + sizeof(void*);
+    std::size_t room_bytes = bytes + alignment;
+    std::align(alignment, bytes, block, room_bytes);
+    static_cast<void**>(block)[-1] = whole;
     return counted(block);
 }
 

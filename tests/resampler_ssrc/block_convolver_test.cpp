@@ -21,6 +21,33 @@ double slow_convolution(const std::vector<double>& signal, const std::vector<dou
     return sum;
 }
 
+using channels_of_samples = std::vector<std::vector<double>>;
+
+/// One input after the other, channel by channel.
+void put_in(block_convolver& convolver, const block_convolver::shape& shape, const channels_of_samples& signals,
+            std::size_t first) {
+    for (std::size_t i = 0; i < signals.size(); ++i) {
+        std::copy_n(signals[i].begin() + static_cast<std::ptrdiff_t>(first), convolver.block_frames(),
+                    convolver.input(i / shape.inputs, i % shape.inputs).begin());
+    }
+}
+
+/// Looks at every seventh frame of a channel's block.
+void expect_sums(block_convolver& convolver, const block_convolver::shape& shape, const channels_of_samples& signals,
+                 const channels_of_samples& filters, std::size_t channel, std::size_t first) {
+    for (std::size_t output = 0; output < shape.outputs; ++output) {
+        for (std::size_t i = 0; i < convolver.block_frames(); i += 7) {
+            double expected = 0.0;
+            for (std::size_t input = 0; input < shape.inputs; ++input) {
+                expected += slow_convolution(signals[channel * shape.inputs + input],
+                                             filters[input * shape.outputs + output], first + i);
+            }
+            ASSERT_NEAR(convolver.output(channel, output)[i], expected, 1e-12)
+                << filters[0].size() << " taps, channel " << channel << ", frame " << first + i;
+        }
+    }
+}
+
 TEST(BlockConvolver, EveryOutputIsTheSumOfAllInputsThroughTheirFilters) {
     random_source random(1);
     for (const std::size_t taps :
@@ -28,8 +55,8 @@ TEST(BlockConvolver, EveryOutputIsTheSumOfAllInputsThroughTheirFilters) {
         const block_convolver::shape shape{3, 2, taps, 3};
         block_convolver convolver(shape, best_kernels());
         const std::size_t frames = 5 * convolver.block_frames();
-        std::vector<std::vector<double>> filters;
-        std::vector<std::vector<double>> signals;
+        channels_of_samples filters;
+        channels_of_samples signals;
         for (std::size_t i = 0; i < shape.inputs * shape.outputs; ++i) {
             filters.push_back(noise(random, taps, 1.0));
             convolver.set_filter(i / shape.outputs, i % shape.outputs, filters.back());
@@ -38,25 +65,12 @@ TEST(BlockConvolver, EveryOutputIsTheSumOfAllInputsThroughTheirFilters) {
             signals.push_back(noise(random, frames, 1.0));
         }
         for (std::size_t first = 0; first < frames; first += convolver.block_frames()) {
-            for (std::size_t i = 0; i < shape.channels * shape.inputs; ++i) {
-                std::copy_n(signals[i].begin() + static_cast<std::ptrdiff_t>(first), convolver.block_frames(),
-                            convolver.input(i / shape.inputs, i % shape.inputs).begin());
-            }
+            put_in(convolver, shape, signals, first);
             for (std::size_t channel = 0; channel < shape.channels; ++channel) {
                 if (channel % 2 == 0) {
                     convolver.run(channel, std::min(shape.channels - channel, std::size_t{2}));
                 }
-                for (std::size_t output = 0; output < shape.outputs; ++output) {
-                    for (std::size_t i = 0; i < convolver.block_frames(); i += 7) {
-                        double expected = 0.0;
-                        for (std::size_t input = 0; input < shape.inputs; ++input) {
-                            expected += slow_convolution(signals[channel * shape.inputs + input],
-                                                         filters[input * shape.outputs + output], first + i);
-                        }
-                        ASSERT_NEAR(convolver.output(channel, output)[i], expected, 1e-12)
-                            << taps << " taps, channel " << channel << ", frame " << first + i;
-                    }
-                }
+                expect_sums(convolver, shape, signals, filters, channel, first);
             }
             convolver.next_block();
         }

@@ -50,10 +50,10 @@ private:
     }
 
     double apply_gain(double delayed, double peak) {
-        const double keep = static_cast<double>(0.9F);
-        const double take = static_cast<double>(0.1F);
-        const double rise_keep = static_cast<double>(0.999F);
-        const double rise = static_cast<double>(0.001F);
+        const auto keep = static_cast<double>(0.9F);
+        const auto take = static_cast<double>(0.1F);
+        const auto rise_keep = static_cast<double>(0.999F);
+        const auto rise = static_cast<double>(0.001F);
         const double aimed = is_active_ ? take / peak : take;
         gain_ = rise_keep * gain_ + rise;
         target_ = keep * target_ + aimed;

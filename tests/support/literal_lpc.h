@@ -20,7 +20,7 @@ inline std::vector<double> literal_lpc_coefficients(const std::vector<double>& l
             sum = sum + at(j) * lag(i - j);
         }
         const double k = -(sum / error);
-        const std::vector<double> before = a;
+        const std::vector<double> before(a.begin(), a.end());
         for (int j = 0; j < i; ++j) {
             const double mirrored = before[static_cast<std::size_t>(i - 1 - j)];
             at(j) = j == i - 1 - j ? at(j) * (1.0 + k) : at(j) + k * mirrored;
@@ -47,7 +47,8 @@ inline std::vector<double> literal_lags(const std::vector<double>& history, std:
 /// `count` samples behind `history`; below 65 samples of history they are silence.
 inline std::vector<double> literal_continuation(std::vector<double> history, std::size_t count) {
     if (history.size() < 65) {
-        return std::vector<double>(count, 0.0);
+        history.assign(count, 0.0);
+        return history;
     }
     for (double& sample : history) {
         sample = static_cast<double>(static_cast<float>(sample));
