@@ -1,6 +1,7 @@
-// What a resampler answers a host that looks for one.
+// What a resampler answers its host.
 #pragma once
 
+#include "tests/module/run_effect.h"
 #include "tests/support/built_module.h"
 #include "velmora/resampler_factory.h"
 
@@ -43,6 +44,22 @@ inline void expect_preset_made(std::string_view display_name, std::uint32_t rate
     EXPECT_TRUE(std::ranges::equal(made.payload(), payload,
                                    [](std::byte left, std::uint8_t right) { return left == std::byte{right}; }))
         << "quality " << quality;
+}
+
+/// Plays short blocks at 44100 Hz into an effect that holds nothing: behind each, the latency is what went in less what
+/// came out, in seconds.
+inline void expect_counted_latency(velmora::effect_instance& effect, std::uint32_t target_hz, random_source& random) {
+    std::size_t in = 0;
+    std::size_t out = 0;
+    for (int block = 0; block < 40; ++block) {
+        const std::size_t frames = pick(random, 1, 2000);
+        in += frames;
+        out += frames_of(play_whole(effect, mono_noise(44100, frames, random), 0));
+        const double expected_s = static_cast<double>(in) / 44100 - static_cast<double>(out) / target_hz;
+        ASSERT_EQ(effect.get_latency(), expected_s) << target_hz << ", block " << block;
+        ASSERT_GE(effect.get_latency(), 0.0);
+    }
+    EXPECT_GT(out, 0U);
 }
 
 } // namespace testing_support

@@ -61,6 +61,10 @@ programme noise_in(const std::vector<block_format>& formats, std::size_t frames,
     return made;
 }
 
+programme mono_noise(std::uint32_t rate_hz, std::size_t frames, random_source& random) {
+    return noise_in({{rate_hz, 1, 0x4}}, frames, 0.9, random);
+}
+
 programme play(const list_run& run, const programme& played, const cutting& cut, std::uint32_t last_flags,
                random_source& random) {
     programme joined;

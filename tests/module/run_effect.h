@@ -31,6 +31,9 @@ void join(programme& all, const programme& more);
 programme noise_in(const std::vector<block_format>& formats, std::size_t frames, double amplitude,
                    random_source& random);
 
+/// One stretch of mono, its peak below full scale.
+programme mono_noise(std::uint32_t rate_hz, std::size_t frames, random_source& random);
+
 /// How a programme is cut into blocks and calls.
 struct cutting {
     std::size_t longest_block_frames;
