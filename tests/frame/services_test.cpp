@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 namespace kelvane {
 namespace {
 
@@ -46,6 +48,22 @@ TEST(StaticService, AnswersToItsIdentityAndIsNeverCounted) {
     EXPECT_EQ(out, &service);
     EXPECT_FALSE(service.query(&out, &velmora::effect_factory::class_id));
     EXPECT_EQ(out, &service);
+}
+
+/// A held service that cannot be given back.
+class unreleasable final : public velmora::service {
+public:
+    std::uint32_t release() override { throw std::runtime_error("not released"); }
+    std::uint32_t add_ref() override { return 2; }
+    bool query(velmora::service**, const velmora::guid*) override { return false; }
+};
+
+TEST(StoreReference, WhatCannotBeGivenBackStays) {
+    unreleasable held;
+    version_only given;
+    velmora::service* out = &held;
+    EXPECT_THROW(store_reference(&out, service_ptr<velmora::service>(&given)), std::runtime_error);
+    EXPECT_EQ(out, &held);
 }
 
 } // namespace
