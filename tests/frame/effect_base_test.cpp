@@ -199,6 +199,16 @@ TEST(EffectBase, RunGivesASignalThatNeverFires) {
     EXPECT_FALSE(effect.last_abort->is_aborting());
 }
 
+TEST(EffectBase, NoSignalIsOneThatNeverFires) {
+    for (const std::uint32_t flags : {0U, 1U, 2U}) {
+        recording_effect effect;
+        effect.wants_track_ends = true;
+        strict_list list = list_of({std::size_t{flags == 0 ? 1U : 0U}});
+        effect.run_abortable(&list, nullptr, flags, nullptr);
+        EXPECT_EQ(effect.last_abort, &never_abort_signal()) << flags;
+    }
+}
+
 TEST(EffectBase, TheHostsSignalReachesBlocksAndHooks) {
     host::abort_switch signal;
     for (const std::uint32_t flags : {0U, 1U, 2U}) {
