@@ -93,7 +93,8 @@ TEST(WordedSettings, TellNameUnitRangeDefaultAndValue) {
     ASSERT_EQ(fields.size(), 1U);
     EXPECT_EQ(fields[0].name, "strength");
     EXPECT_EQ(fields[0].unit, "");
-    EXPECT_THAT(fields[0].range, testing::HasSubstr("100 to 10000"));
+    EXPECT_THAT(fields[0].range,
+                testing::HasSubstr("100 to 10000 in steps of 100 in the dialog, shown there divided by 100"));
     EXPECT_EQ(fields[0].default_value, "1000");
     EXPECT_EQ(fields[0].value, "1500");
 }
