@@ -1,9 +1,9 @@
 #include "effects/resampler_sinc/sinc_words.h"
 
-#include "effects/exclude_field.h"
+#include "effects/resampler_common/exclude_field.h"
+#include "effects/resampler_common/target_rates.h"
 #include "effects/resampler_sinc/sinc_quality_core.h"
 #include "effects/resampler_sinc/sinc_settings.h"
-#include "effects/target_rates.h"
 
 #include <algorithm>
 #include <cstdint>

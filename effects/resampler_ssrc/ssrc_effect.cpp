@@ -1,6 +1,6 @@
 #include "effects/resampler_ssrc/ssrc_effect.h"
 
-#include "effects/target_rates.h"
+#include "effects/resampler_common/target_rates.h"
 #include "frame/exceptions.h"
 
 #include <algorithm>

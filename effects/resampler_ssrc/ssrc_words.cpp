@@ -1,8 +1,8 @@
 #include "effects/resampler_ssrc/ssrc_words.h"
 
-#include "effects/exclude_field.h"
+#include "effects/resampler_common/exclude_field.h"
+#include "effects/resampler_common/target_rates.h"
 #include "effects/resampler_ssrc/ssrc_settings.h"
-#include "effects/target_rates.h"
 
 #include <cstdint>
 #include <string>
