@@ -39,8 +39,7 @@ TEST(PayloadReader, ReadsWhatIsThere) {
     EXPECT_EQ(buffer[3], std::byte{0});
     EXPECT_EQ(reader.read(buffer.data(), 8, nullptr), 2U);
     EXPECT_EQ(buffer[1], std::byte{5});
-    EXPECT_EQ(reader.read(buffer.data(), 8, nullptr),
-              0U); // the end is no failure
+    EXPECT_EQ(reader.read(buffer.data(), 8, nullptr), 0U); // the end is no failure
 }
 
 TEST(PayloadReader, AnExactReadThatComesShortMovesNothing) {
