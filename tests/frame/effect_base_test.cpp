@@ -12,7 +12,6 @@
 
 #include <functional>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace kelvane {
@@ -366,41 +365,6 @@ TEST(EffectBase, DefaultsOfAnEffectWithoutState) {
     effect.flush();
     EXPECT_EQ(effect.get_latency(), 0.0);
     EXPECT_FALSE(effect.needs_track_change_mark());
-}
-
-TEST(EffectCounting, StartsAtNothingAndFreesItselfWithTheLastReference) {
-    bool destroyed = false;
-    auto* const effect = new recording_effect; // counts itself up once, as a factory does
-    effect->destroyed = &destroyed;
-    EXPECT_EQ(effect->add_ref(), 2U);
-    EXPECT_EQ(effect->release(), 1U);
-    EXPECT_FALSE(destroyed);
-    EXPECT_EQ(effect->release(), 0U);
-    EXPECT_TRUE(destroyed);
-}
-
-TEST(EffectCounting, SeveralThreadsLoseNoCount) {
-    bool destroyed = false;
-    auto* const effect = new recording_effect;
-    effect->destroyed = &destroyed;
-    constexpr int rounds = 20'000;
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        effect->add_ref();
-        threads.emplace_back([effect] {
-            for (int round = 0; round < rounds; ++round) {
-                effect->add_ref();
-                effect->release();
-            }
-            effect->release();
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_FALSE(destroyed);
-    EXPECT_EQ(effect->release(), 0U);
-    EXPECT_TRUE(destroyed);
 }
 
 TEST(EffectQuery, AnswersToBothIdentitiesAndReleasesWhatTheReferenceHeld) {
