@@ -1,4 +1,4 @@
-#include "effects/limiters/advanced_limiter.h"
+#include "effects/limiters/advanced_limiter_effect.h"
 
 #include "frame/exceptions.h"
 
