@@ -161,8 +161,16 @@ bool shows(HWND dialog, int id, const std::wstring& text) {
     return wait_until([&] { return text_in(dialog, id) == text; });
 }
 
+LRESULT selection_of(HWND dialog, int list) {
+    return SendMessageW(GetDlgItem(dialog, list), CB_GETCURSEL, 0, 0);
+}
+
 bool is_checked(HWND dialog, int id) {
     return SendMessageW(GetDlgItem(dialog, id), BM_GETCHECK, 0, 0) == BST_CHECKED;
+}
+
+bool is_dropped_down(HWND dialog, int list) {
+    return SendMessageW(GetDlgItem(dialog, list), CB_GETDROPPEDSTATE, 0, 0) != FALSE;
 }
 
 bool is_enabled(HWND dialog, int id) {
