@@ -74,6 +74,28 @@ TEST(SincDialog, HasItsTextsAndLists) {
     EXPECT_EQ(qualities, (std::vector<std::wstring>{L"Lowest", L"Lower", L"Normal", L"Higher", L"Highest"}));
 }
 
+int width_in(HWND control, const std::wstring& text) {
+    const HDC paper = GetDC(control);
+    const HGDIOBJ before = SelectObject(paper, reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
+    SIZE size{};
+    GetTextExtentPoint32W(paper, text.c_str(), static_cast<int>(text.size()), &size);
+    SelectObject(paper, before);
+    ReleaseDC(control, paper);
+    return size.cx;
+}
+
+TEST(SincDialog, DescriptionsHaveRoomInAWiderFontToo) {
+    show(sinc_payload(44100, 2), [&](HWND dialog) {
+        const HWND control = GetDlgItem(dialog, SINC_DESCRIPTION);
+        RECT room{};
+        GetClientRect(control, &room);
+        for (const std::wstring& description : descriptions) {
+            EXPECT_LE(width_in(control, description) * 1.1, room.right) << testing::PrintToString(description);
+        }
+        press_ok(dialog);
+    });
+}
+
 TEST(SincDialog, ShowsTheStoredSettingsAndOkHandsThemBackUnchanged) {
     struct row {
         payload stored;
