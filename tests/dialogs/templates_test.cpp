@@ -64,21 +64,25 @@ TEST(Templates, AreInTheSystemsDialogFont) {
     }
 }
 
-TEST(Templates, TrackbarsAreHorizontalWithoutTicks) {
+/// A screen reader calls a control without a text of its own by the one before
+/// it.
+TEST(Templates, TrackbarsAreHorizontalWithoutTicksBehindTheirCaptions) {
     struct row {
         int template_id;
         int trackbar;
+        const wchar_t* caption;
     };
     const row table[] = {
-        {DIALOG_CROSSFEED, CROSSFEED_STRENGTH},
-        {DIALOG_CROSSFADER, CROSSFADER_FADE},
-        {DIALOG_SILENCE, SILENCE_MINIMUM},
-        {DIALOG_SILENCE, SILENCE_THRESHOLD},
+        {DIALOG_CROSSFEED, CROSSFEED_STRENGTH, L"Crossfeed strength"},
+        {DIALOG_CROSSFADER, CROSSFADER_FADE, L"Fade duration:"},
+        {DIALOG_SILENCE, SILENCE_MINIMUM, L"Minimum silence duration to activate removal:"},
+        {DIALOG_SILENCE, SILENCE_THRESHOLD, L"Silence detection threshold:"},
     };
     for (const row& line : table) {
         const window dialog = made_from(line.template_id);
         const HWND trackbar = GetDlgItem(dialog.get(), line.trackbar);
         EXPECT_EQ(GetWindowLongW(trackbar, GWL_STYLE) & (TBS_NOTICKS | TBS_VERT), TBS_NOTICKS) << line.trackbar;
+        EXPECT_EQ(text_of(GetWindow(trackbar, GW_HWNDPREV)), line.caption) << line.trackbar;
     }
 }
 
