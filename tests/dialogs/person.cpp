@@ -50,6 +50,7 @@ person::person(std::function<void(HWND)> acts)
               ADD_FAILURE() << "no dialog was shown";
               return;
           }
+          SetCursorPos(0, 0); // a list that opens under the pointer would follow it
           acts(dialog);
           const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(5);
           while (IsWindow(dialog) != FALSE && std::chrono::steady_clock::now() < give_up) {

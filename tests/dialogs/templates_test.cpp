@@ -22,11 +22,11 @@ INT_PTR CALLBACK do_nothing(HWND, UINT, WPARAM, LPARAM) {
 }
 
 /// An invisible dialog.
-window made_from(int template_id) {
+window made_from(int template_id, HWND parent = nullptr) {
     const INITCOMMONCONTROLSEX bars{sizeof(INITCOMMONCONTROLSEX), ICC_BAR_CLASSES};
     InitCommonControlsEx(&bars);
     built_module();
-    return {CreateDialogParamW(GetModuleHandleW(L"kelvane.dll"), MAKEINTRESOURCEW(template_id), nullptr, do_nothing, 0),
+    return {CreateDialogParamW(GetModuleHandleW(L"kelvane.dll"), MAKEINTRESOURCEW(template_id), parent, do_nothing, 0),
             &DestroyWindow};
 }
 
@@ -64,8 +64,7 @@ TEST(Templates, AreInTheSystemsDialogFont) {
     }
 }
 
-/// A screen reader calls a control without a text of its own by the one before
-/// it.
+/// A screen reader calls a control without a text of its own by the one before it.
 TEST(Templates, TrackbarsAreHorizontalWithoutTicksBehindTheirCaptions) {
     struct row {
         int template_id;
@@ -88,6 +87,31 @@ TEST(Templates, TrackbarsAreHorizontalWithoutTicksBehindTheirCaptions) {
 
 TEST(Templates, TheStrengthHasAPlaceholder) {
     EXPECT_EQ(text_in(made_from(DIALOG_CROSSFEED).get(), CROSSFEED_NUMBER), L"<number>");
+}
+
+POINT middle_of(const RECT& area) {
+    return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+}
+
+POINT middle_of_working_area() {
+    RECT area{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+    return middle_of(area);
+}
+
+TEST(Templates, OpenInTheMiddleOfTheScreenWithAParentOrNone) {
+    const window parent(
+        CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPED, 5, 5, 90, 60, nullptr, nullptr, nullptr, nullptr),
+        &DestroyWindow);
+    const POINT wanted = middle_of_working_area();
+    for (const int template_id : all_templates) {
+        for (const HWND over : {HWND{}, parent.get()}) {
+            RECT placed{};
+            GetWindowRect(made_from(template_id, over).get(), &placed);
+            EXPECT_NEAR(middle_of(placed).x, wanted.x, 1) << template_id << (over ? ", parent" : "");
+            EXPECT_NEAR(middle_of(placed).y, wanted.y, 1) << template_id << (over ? ", parent" : "");
+        }
+    }
 }
 
 } // namespace
