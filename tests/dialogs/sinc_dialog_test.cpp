@@ -222,6 +222,14 @@ TEST(SincDialog, ARateThatTheListCompletesCountsWhileTheListIsOpen) {
     EXPECT_EQ(reported, (std::vector<payload>{sinc_payload(1000, 2), sinc_payload(1000, 2), sinc_payload(48000, 2)}));
 }
 
+TEST(SincDialog, AListThatClosesWithACancelledDialogIsNotHeard) {
+    const auto reported = show(sinc_payload(44100, 2), [](HWND dialog) {
+        have_48_completed(dialog);
+        PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+    });
+    EXPECT_EQ(reported, (std::vector<payload>{sinc_payload(1000, 2), sinc_payload(1000, 2), sinc_payload(44100, 2)}));
+}
+
 TEST(SincDialog, WhatIsTypedIntoAnOpenListCountsAndNotTheNearestRate) {
     const auto reported = show(sinc_payload(44100, 2), [](HWND dialog) {
         press_key(rate_field(dialog), VK_F4);
