@@ -5,6 +5,8 @@
 #include "frame/settings_dialog.h"
 #include "resources/control_ids.h"
 
+#include <string>
+
 namespace kelvane {
 
 namespace {
@@ -32,10 +34,17 @@ private:
         }
     }
 
-    static bool is_change(int control, int notification) {
+    void on_ok() override {
+        if (shows_another_rate()) {
+            current() = read_controls(rate().typed());
+        }
+    }
+
+    bool is_change(int control, int notification) {
         switch (control) {
         case RESAMPLER_RATE:
-            return notification == CBN_SELCHANGE || notification == CBN_EDITCHANGE;
+            return notification == CBN_SELCHANGE || notification == CBN_EDITCHANGE ||
+                   (notification == CBN_CLOSEUP && shows_another_rate());
         case SINC_QUALITY:
             return notification == CBN_SELCHANGE;
         case RESAMPLER_EXCLUDE:
@@ -55,11 +64,18 @@ private:
         }
     }
 
-    void follow_change(const rate_entry& entered) {
-        change(read_sinc_dialog({.rate = entered,
+    /// A list that opens completes what was typed to one of its rates, and notifies nobody.
+    bool shows_another_rate() { return rate().text() != std::to_string(current().target_rate_hz); }
+
+    sinc_settings read_controls(const rate_entry& entered) const {
+        return read_sinc_dialog({.rate = entered,
                                  .quality = quality().selection(),
                                  .excludes = exclusions().excludes(),
-                                 .exclusions = exclusions().exclusions()}));
+                                 .exclusions = exclusions().exclusions()});
+    }
+
+    void follow_change(const rate_entry& entered) {
+        change(read_controls(entered));
         show_description(static_cast<int>(current().quality));
         exclusions().follow_box();
     }

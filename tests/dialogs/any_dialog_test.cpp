@@ -128,6 +128,77 @@ TEST(Dialogs, AnExceptionOfTheCallbackClosesTheDialogAndComesOutBehindIt) {
     }
 }
 
+/// Keeps what is reported, and replaces the opening preset by it.
+class overwriting_callback final : public velmora::preset_change_callback {
+public:
+    explicit overwriting_callback(host::preset& opening) : opening_(opening) {}
+
+    void on_preset_change(const velmora::effect_preset* reported) override {
+        seen_.on_preset_change(reported);
+        opening_ = seen_.presets().back();
+    }
+
+    const std::vector<host::preset>& presets() const noexcept { return seen_.presets(); }
+
+private:
+    host::preset& opening_;
+    reported_presets seen_;
+};
+
+TEST(Dialogs, EscapeHandsTheOpeningPresetBackAlsoWhenTheCallbackHasOverwrittenIt) {
+    host::preset opening = preset_of(crossfeed, 1550);
+    overwriting_callback callback(opening);
+    {
+        const person user([](HWND dialog) {
+            press_right(dialog);
+            EXPECT_TRUE(shows(dialog, CROSSFEED_NUMBER, L"16"));
+            press_escape(dialog);
+        });
+        factory_of(crossfeed)->show_settings_dialog(&opening, nullptr, &callback);
+    }
+    const std::vector<std::int32_t> seen = numbers_of(callback.presets());
+    ASSERT_GE(seen.size(), 2U); // a key is notified when it goes down, and may be when it comes up
+    EXPECT_EQ(seen.front(), 1600);
+    EXPECT_EQ(seen.back(), 1550);
+}
+
+TEST(Dialogs, OnlyAClickOnAButtonEndsThem) {
+    for (const int button : {IDOK, IDCANCEL}) {
+        const auto reported = show_dialog(crossfeed, preset_of(crossfeed, 1550), [&](HWND dialog) {
+            for (const int notification : {BN_SETFOCUS, BN_KILLFOCUS, BN_DBLCLK}) {
+                SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(button, notification), 0);
+                EXPECT_NE(IsWindowVisible(dialog), FALSE) << button << ", " << notification;
+            }
+            press_ok(dialog);
+        });
+        EXPECT_EQ(numbers_of(reported), std::vector<std::int32_t>{1550}) << button;
+    }
+}
+
+/// The procedure of the dialogs' windows.
+DLGPROC dialog_procedure() {
+    LONG_PTR procedure = 0;
+    show_dialog(crossfeed, preset_of(crossfeed, 1550), [&](HWND dialog) {
+        procedure = GetWindowLongPtrW(dialog, DWLP_DLGPROC);
+        press_ok(dialog);
+    });
+    return reinterpret_cast<DLGPROC>(procedure);
+}
+
+TEST(Dialogs, OneThatCannotBeOpenedIsCancelledAndNoOtherWindowBecomesIt) {
+    const DLGPROC procedure = dialog_procedure();
+    const auto not_a_window = reinterpret_cast<HWND>(std::uintptr_t{0x1234567});
+    const host::preset opening = preset_of(crossfeed, 1550);
+    reported_presets callback;
+    factory_of(crossfeed)->show_settings_dialog(&opening, not_a_window, &callback);
+    EXPECT_EQ(numbers_of(callback.presets()), std::vector<std::int32_t>{1550});
+
+    const HWND other = CreateWindowExW(0, L"#32770", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_EQ(procedure(other, WM_NULL, 0, 0), FALSE);
+    EXPECT_EQ(GetWindowLongPtrW(other, DWLP_USER), 0);
+    DestroyWindow(other);
+}
+
 TEST(Dialogs, APresetThatCannotBeHadOpensTheFftResamplersWithItsDefaultsAndNoOther) {
     reported_presets callback;
     const failing_preset unreadable(built_effects().find(fft_resampler).identity);

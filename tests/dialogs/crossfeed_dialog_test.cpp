@@ -60,6 +60,18 @@ void move_once(HWND dialog, int position) {
     SendMessageW(dialog, WM_HSCROLL, TB_ENDTRACK, reinterpret_cast<LPARAM>(bar_of(dialog)));
 }
 
+TEST(CrossfeedDialog, HasItsTextsAndNoCancel) {
+    std::vector<std::wstring> texts;
+    show(preset_of(1000), [&](HWND dialog) {
+        texts = texts_in(dialog);
+        press_ok(dialog);
+    });
+    std::sort(texts.begin(), texts.end());
+    const std::wstring of_the_trackbar;
+    EXPECT_EQ(texts,
+              (std::vector<std::wstring>{of_the_trackbar, L"10", L"Crossfeed strength", L"OK", L"high", L"low"}));
+}
+
 TEST(CrossfeedDialog, ShowsTheStoredStrengthAndOkHandsItBackUnmoved) {
     struct row {
         std::int32_t strength;

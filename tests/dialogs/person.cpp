@@ -50,6 +50,7 @@ person::person(std::function<void(HWND)> acts)
               ADD_FAILURE() << "no dialog was shown";
               return;
           }
+          SetCursorPos(0, 0); // a list that opens under the pointer would follow it
           acts(dialog);
           const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(5);
           while (IsWindow(dialog) != FALSE && std::chrono::steady_clock::now() < give_up) {
@@ -161,8 +162,16 @@ bool shows(HWND dialog, int id, const std::wstring& text) {
     return wait_until([&] { return text_in(dialog, id) == text; });
 }
 
+LRESULT selection_of(HWND dialog, int list) {
+    return SendMessageW(GetDlgItem(dialog, list), CB_GETCURSEL, 0, 0);
+}
+
 bool is_checked(HWND dialog, int id) {
     return SendMessageW(GetDlgItem(dialog, id), BM_GETCHECK, 0, 0) == BST_CHECKED;
+}
+
+bool is_dropped_down(HWND dialog, int list) {
+    return SendMessageW(GetDlgItem(dialog, list), CB_GETDROPPEDSTATE, 0, 0) != FALSE;
 }
 
 bool is_enabled(HWND dialog, int id) {

@@ -60,7 +60,11 @@ std::vector<std::wstring> choices_in(HWND dialog, int list);
 /// Waits until a control shows the text; false when it never did.
 bool shows(HWND dialog, int id, const std::wstring& text);
 
+/// The index of a list's selection, -1 when there is none.
+LRESULT selection_of(HWND dialog, int list);
+
 bool is_checked(HWND dialog, int id);
+bool is_dropped_down(HWND dialog, int list);
 bool is_enabled(HWND dialog, int id);
 
 } // namespace testing_support

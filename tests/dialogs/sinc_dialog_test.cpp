@@ -42,10 +42,6 @@ std::function<void(HWND)> exclude_and(const std::function<void(HWND)>& ending) {
     };
 }
 
-LRESULT selection_of(HWND dialog, int list) {
-    return SendMessageW(GetDlgItem(dialog, list), CB_GETCURSEL, 0, 0);
-}
-
 HWND rate_field(HWND dialog) {
     return typing_field(GetDlgItem(dialog, RESAMPLER_RATE));
 }
@@ -76,6 +72,28 @@ TEST(SincDialog, HasItsTextsAndLists) {
     EXPECT_EQ(rates, (std::vector<std::wstring>{L"8000", L"11025", L"16000", L"22050", L"24000", L"32000", L"44100",
                                                 L"48000", L"64000", L"88200", L"96000"}));
     EXPECT_EQ(qualities, (std::vector<std::wstring>{L"Lowest", L"Lower", L"Normal", L"Higher", L"Highest"}));
+}
+
+int width_in(HWND control, const std::wstring& text) {
+    const HDC paper = GetDC(control);
+    const HGDIOBJ before = SelectObject(paper, reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
+    SIZE size{};
+    GetTextExtentPoint32W(paper, text.c_str(), static_cast<int>(text.size()), &size);
+    SelectObject(paper, before);
+    ReleaseDC(control, paper);
+    return size.cx;
+}
+
+TEST(SincDialog, DescriptionsHaveRoomInAWiderFontToo) {
+    show(sinc_payload(44100, 2), [&](HWND dialog) {
+        const HWND control = GetDlgItem(dialog, SINC_DESCRIPTION);
+        RECT room{};
+        GetClientRect(control, &room);
+        for (const std::wstring& description : descriptions) {
+            EXPECT_LE(width_in(control, description) * 1.1, room.right) << testing::PrintToString(description);
+        }
+        press_ok(dialog);
+    });
 }
 
 TEST(SincDialog, ShowsTheStoredSettingsAndOkHandsThemBackUnchanged) {
@@ -171,6 +189,71 @@ TEST(SincDialog, TheEighthLetterOfARateIsRefused) {
     });
     ASSERT_FALSE(reported.empty());
     EXPECT_EQ(reported.back(), sinc_payload(2'000'000, 2));
+}
+
+/// Types 48 over the rate and opens the list, which completes it.
+void have_48_completed(HWND dialog) {
+    select_all(rate_field(dialog));
+    type(rate_field(dialog), L"48");
+    EXPECT_TRUE(shows(dialog, RESAMPLER_RATE, L"48"));
+    press_key(rate_field(dialog), VK_F4);
+    EXPECT_TRUE(shows(dialog, RESAMPLER_RATE, L"48000"));
+}
+
+TEST(SincDialog, ARateThatTheListCompletesIsHeardWhenItCloses) {
+    for (const int closing_key : {VK_F4, VK_ESCAPE, VK_RETURN, VK_TAB}) {
+        const auto reported = show(sinc_payload(44100, 2), [&](HWND dialog) {
+            have_48_completed(dialog);
+            press_key(rate_field(dialog), closing_key);
+            EXPECT_TRUE(wait_until([&] { return !is_dropped_down(dialog, RESAMPLER_RATE); })) << closing_key;
+            press_ok(dialog);
+        });
+        EXPECT_EQ(reported, (std::vector<payload>{sinc_payload(1000, 2), sinc_payload(1000, 2), // 4, 48
+                                                  sinc_payload(48000, 2), sinc_payload(48000, 2)}))
+            << closing_key;
+    }
+}
+
+TEST(SincDialog, ARateThatTheListCompletesCountsWhileTheListIsOpen) {
+    const auto reported = show(sinc_payload(44100, 2), [](HWND dialog) {
+        have_48_completed(dialog);
+        PostMessageW(dialog, WM_COMMAND, IDOK, 0); // no click, which would close the list
+    });
+    EXPECT_EQ(reported, (std::vector<payload>{sinc_payload(1000, 2), sinc_payload(1000, 2), sinc_payload(48000, 2)}));
+}
+
+TEST(SincDialog, AListThatClosesWithACancelledDialogIsNotHeard) {
+    const auto reported = show(sinc_payload(44100, 2), [](HWND dialog) {
+        have_48_completed(dialog);
+        PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+    });
+    EXPECT_EQ(reported, (std::vector<payload>{sinc_payload(1000, 2), sinc_payload(1000, 2), sinc_payload(44100, 2)}));
+}
+
+TEST(SincDialog, WhatIsTypedIntoAnOpenListCountsAndNotTheNearestRate) {
+    const auto reported = show(sinc_payload(44100, 2), [](HWND dialog) {
+        press_key(rate_field(dialog), VK_F4);
+        select_all(rate_field(dialog));
+        type(rate_field(dialog), L"8820");
+        EXPECT_TRUE(shows(dialog, RESAMPLER_RATE, L"8820"));
+        EXPECT_TRUE(wait_until([&] { return selection_of(dialog, RESAMPLER_RATE) == 9; })); // 88200
+        press_ok(dialog);
+    });
+    EXPECT_EQ(reported, (std::vector<payload>{sinc_payload(1000, 2), sinc_payload(1000, 2), sinc_payload(1000, 2),
+                                              sinc_payload(8820, 2), sinc_payload(8820, 2)}));
+}
+
+TEST(SincDialog, OpeningAndClosingAListChangesNothing) {
+    const payload beyond_the_controls = sinc_payload(7, 9);
+    for (const int list : {RESAMPLER_RATE, SINC_QUALITY}) {
+        const auto reported = show(beyond_the_controls, [&](HWND dialog) {
+            for (const int is_open : {1, 0}) {
+                SendMessageW(GetDlgItem(dialog, list), CB_SHOWDROPDOWN, static_cast<WPARAM>(is_open), 0);
+            }
+            press_ok(dialog);
+        });
+        EXPECT_EQ(reported, std::vector<payload>{beyond_the_controls}) << list;
+    }
 }
 
 TEST(SincDialog, TheExclusionsCanBeTypedWhileTheBoxIsChecked) {

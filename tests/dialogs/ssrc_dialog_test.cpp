@@ -109,8 +109,7 @@ TEST(SsrcDialog, ShowsTheStoredSettingsAndOkReportsWhatItShowsOnce) {
     for (const row& line : table) {
         const auto reported = show(line.opening, [&](HWND dialog) {
             EXPECT_EQ(text_in(dialog, RESAMPLER_RATE), line.rate) << line.what;
-            EXPECT_EQ(SendMessageW(GetDlgItem(dialog, RESAMPLER_RATE), CB_GETCURSEL, 0, 0), line.selected_rate)
-                << line.what;
+            EXPECT_EQ(selection_of(dialog, RESAMPLER_RATE), line.selected_rate) << line.what;
             EXPECT_EQ(is_checked(dialog, RESAMPLER_EXCLUDE), line.excludes) << line.what;
             EXPECT_EQ(is_enabled(dialog, RESAMPLER_EXCLUSIONS), line.excludes) << line.what;
             EXPECT_EQ(text_in(dialog, RESAMPLER_EXCLUSIONS), line.exclusions) << line.what;
@@ -142,6 +141,26 @@ TEST(SsrcDialog, TheKeysStepThroughTheRatesFromTheOneShown) {
         press_ok(dialog);
     });
     EXPECT_EQ(reported, std::vector<payload>{ssrc_payload(48000)});
+}
+
+TEST(SsrcDialog, ARateThatTheListCompletesCounts) {
+    const auto reported = show(ssrc_payload(44100), [](HWND dialog) {
+        type_rate(dialog, L"48");
+        press_key(rate_field(dialog), VK_F4);
+        EXPECT_TRUE(shows(dialog, RESAMPLER_RATE, L"48000"));
+        press_ok(dialog);
+    });
+    EXPECT_EQ(reported, std::vector<payload>{ssrc_payload(48000)});
+}
+
+TEST(SsrcDialog, WhatIsTypedIntoAnOpenListCountsAndNotTheNearestRate) {
+    const auto reported = show(ssrc_payload(44100), [](HWND dialog) {
+        press_key(rate_field(dialog), VK_F4);
+        type_rate(dialog, L"8820");
+        EXPECT_TRUE(wait_until([&] { return selection_of(dialog, RESAMPLER_RATE) == 9; })); // 88200
+        press_ok(dialog);
+    });
+    EXPECT_EQ(reported, std::vector<payload>{ssrc_payload(8820)});
 }
 
 TEST(SsrcDialog, TheExclusionsCanBeTypedWhileTheBoxIsCheckedAndStayWhenItIsNot) {

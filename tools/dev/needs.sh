@@ -14,7 +14,7 @@ declare -A packages_of=(
     [bench]="libbenchmark-dev libavfilter-dev libswresample-dev libsamplerate0-dev libsoxr-dev libspeexdsp-dev
         libzita-resampler-dev libfftw3-dev"
     [run]="extremetuxracer-data"
-    [pictures]="imagemagick xdotool"
+    [pictures]="imagemagick xdotool fonts-wine"
     [drawing]="python3-matplotlib python3-numpy python3-pil alsa-utils"
 )
 

@@ -9,6 +9,13 @@ program=$PWD/build/windows/bin/kelvane-host.exe
 desktop=kelvane-pictures
 seconds_to_draw=5
 
+# Wine draws the cross of the close box in this font, which it finds among the prefix's fonts alone.
+signs=/usr/share/wine/fonts/marlett.ttf
+
+offer_signs() {
+    [[ ! -e $signs ]] || cp "$signs" "$WINEPREFIX/drive_c/windows/Fonts/"
+}
+
 picture_of() {
     local effect=$1 file
     file=$folder/$(tr 'A-Z ' 'a-z_' <<<"$effect" | tr -cd 'a-z0-9_').png
@@ -26,6 +33,7 @@ picture_of() {
 }
 
 mkdir -p "$folder"
+offer_signs
 for effect in "$@"; do
     picture_of "$effect"
 done
