@@ -1,7 +1,7 @@
 #include "host/chain/album.h"
 
 #include "host/audio/audio_reader.h"
-#include "host/chain/layout_text.h"
+#include "host/audio/layout_text.h"
 #include "host/objects/block_list.h"
 #include "host/platform/path_text.h"
 #include "velmora/abort_signal.h"

@@ -1,6 +1,6 @@
 #include "host/audio/audio_reader.h"
 #include "host/chain/album.h"
-#include "host/chain/layout_text.h"
+#include "host/audio/layout_text.h"
 #include "host/module/hex_text.h"
 #include "host/objects/abort_switch.h"
 #include "host/platform/interrupt.h"
