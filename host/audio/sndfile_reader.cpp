@@ -17,12 +17,18 @@ namespace {
 
 constexpr const char* not_audio = "is not audio of a known kind";
 
+/// "File does not exist or is not a regular file": what becomes of the MPEG decoder's refusal. The library's header has
+/// no name for it.
+constexpr int mpeg_decoder_refused = 7;
+
 std::string reason_not_opened() {
     switch (sf_error(nullptr)) {
     case SF_ERR_UNRECOGNISED_FORMAT:
         return not_audio;
     case SF_ERR_MALFORMED_FILE:
         return "is damaged or cut short";
+    case mpeg_decoder_refused:
+        return "is damaged, or not audio of a known kind";
     case SF_ERR_UNSUPPORTED_ENCODING:
         return "is coded in a way that cannot be read";
     default:
@@ -121,12 +127,6 @@ public:
     }
 
 private:
-    void check_is_whole() const {
-        const auto length = exact_length();
-        if (length && frames_read_ < *length) {
-            throw audio_error(file_.path, "is cut short: of " + std::to_string(*length) + " frames only " +
-                                              std::to_string(frames_read_) + " are there");
-        }
     std::optional<std::uint64_t> exact_length() const { return file_.is_mpeg() ? std::nullopt : declared_frames(); }
 
     /// Past them may lie what is no audio, a tag for instance, which a decoder would take for damaged audio.
@@ -135,6 +135,12 @@ private:
         return length ? static_cast<std::size_t>(*length - frames_read_) : std::numeric_limits<std::size_t>::max();
     }
 
+    void check_is_whole() const {
+        const auto length = exact_length();
+        if (length && frames_read_ < *length) {
+            throw audio_error(file_.path, "is cut short: of " + std::to_string(*length) + " frames only " +
+                                              std::to_string(frames_read_) + " are there");
+        }
     }
 
     opened_sndfile file_;
