@@ -30,6 +30,12 @@ struct chain_step {
     std::optional<std::string> preset_hex;
 };
 
+/// What a step stands for.
+struct chosen_effect {
+    const effect_entry& effect;
+    preset settings;
+};
+
 struct process_options {
     std::string module_file;
     std::vector<std::string> inputs;
@@ -78,6 +84,15 @@ preset settings_of(const effect_entry& effect, const chain_step& step) {
     return settings;
 }
 
+std::vector<chosen_effect> choose_effects(const effect_catalogue& catalogue, const std::vector<chain_step>& steps) {
+    std::vector<chosen_effect> chosen;
+    for (const chain_step& step : steps) {
+        const effect_entry& effect = catalogue.find(step.text.effect);
+        chosen.push_back({effect, settings_of(effect, step)});
+    }
+    return chosen;
+}
+
 /// The rates of the inputs, each once. Rates that a converter of the chain makes are not among them.
 std::set<std::uint32_t> input_rates_hz(const album_job& job) {
     std::set<std::uint32_t> rates_hz;
@@ -87,23 +102,21 @@ std::set<std::uint32_t> input_rates_hz(const album_job& job) {
     return rates_hz;
 }
 
-void warn_of(const effect_entry& effect, const preset& settings, const album_job& job) {
-    for (const std::uint32_t rate_hz : input_rates_hz(job)) {
-        const std::string warning = warning_of(settings, rate_hz);
-        if (!warning.empty()) {
-            print_notice(fmt::format("{}: {}", effect.name, warning));
+void warn_of(const std::vector<chosen_effect>& chosen, const std::set<std::uint32_t>& rates_hz) {
+    for (const chosen_effect& step : chosen) {
+        for (const std::uint32_t rate_hz : rates_hz) {
+            const std::string warning = warning_of(step.settings, rate_hz);
+            if (!warning.empty()) {
+                print_notice(fmt::format("{}: {}", step.effect.name, warning));
+            }
         }
     }
 }
 
-effect_chain build_chain(const effect_catalogue& catalogue, const std::vector<chain_step>& steps,
-                         const album_job& job) {
+effect_chain build_chain(const std::vector<chosen_effect>& chosen) {
     effect_chain chain;
-    for (const chain_step& step : steps) {
-        const effect_entry& effect = catalogue.find(step.text.effect);
-        const preset settings = settings_of(effect, step);
-        chain.append(effect.name, instantiate(effect, settings));
-        warn_of(effect, settings, job);
+    for (const chosen_effect& step : chosen) {
+        chain.append(step.effect.name, instantiate(step.effect, step.settings));
     }
     return chain;
 }
@@ -138,7 +151,9 @@ void run(const CLI::App& command, const process_options& options) {
     const interrupt_guard guard(abort);
     progress_bar bar;
     const open_module opened(options.module_file, [&](std::string_view line) { bar.print_above(line); });
-    effect_chain chain = build_chain(opened.catalogue, steps, job);
+    const auto chosen = choose_effects(opened.catalogue, steps);
+    effect_chain chain = build_chain(chosen);
+    warn_of(chosen, input_rates_hz(job));
     const auto start = std::chrono::steady_clock::now();
     const album_report report =
         process_album(job, chain, abort, [&](double done_s, double total_s) { bar.show(done_s, total_s); });

@@ -71,6 +71,11 @@ def test_a_strength_that_diverges_at_the_rate_is_warned_of(host, strength, warns
     assert ("Meier Crossfeed: at 8000 Hz a strength above 4000 diverges" in answer.errors) == warns
 
 
+def test_the_whole_chain_is_known_before_an_input_is_opened(host):
+    host.assert_fails("process", "missing.wav", "-o", "out.wav", "-e", "meier", "-e", "wrong",
+                      reason='no effect is called "wrong"')
+
+
 def test_a_chain_takes_settings_behind_the_effect(host):
     write(host.folder / "in.wav", noise(500, 2))
     outputs = []
