@@ -39,7 +39,10 @@ def test_a_layout_is_told_by_name_or_mask(host):
     (["preset", "make", "file.json", "meier", "strength=loud"], 'strength takes'),
     (["preset", "make", "file.json", "meier", "power=1"], 'there is no setting "power"'),
     (["preset", "make", "file.json", "hard", "strength=1"], "the effect has no settings"),
-    (["preset", "show", "missing.json"], "missing.json: cannot be read"),
+    (["preset", "show", "missing.json"], "missing.json: there is no such file"),
+    (["preset", "show", "."], ".: is a folder"),
+    (["preset", "edit", ".", "strength=1"], ".: is a folder"),
+    (["settings", "meier", "."], ".: is a folder"),
     (["preset", "make", "no/folder/file.json", "meier"], "no/folder/file.json: no file can be written there"),
     (["configure", "hard"], '"Hard -6dB limiter" has no settings dialog'),
 ])
