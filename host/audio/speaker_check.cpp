@@ -19,9 +19,7 @@ std::string text_of(std::uint32_t mask) {
 /// what the layout converter then makes of one is the other, without mixing.
 bool differ_in_side_and_back(std::uint32_t a, std::uint32_t b) {
     namespace speaker = velmora::speaker;
-    constexpr std::uint32_t sides = speaker::side_left | speaker::side_right;
-    constexpr std::uint32_t backs = speaker::back_left | speaker::back_right;
-    return (a ^ b) == (sides | backs) && ((a & sides) == sides || (a & backs) == backs);
+    return (a ^ b) == (speaker::side_left | speaker::side_right | speaker::back_left | speaker::back_right);
 }
 
 std::string advice(std::string_view container, std::uint32_t wanted, std::uint32_t recorded) {

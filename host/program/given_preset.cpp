@@ -37,6 +37,9 @@ preset given_preset(const effect_entry& effect, const std::string& given) {
         return preset_of_bytes(effect, given);
     }
     const std::string file = given.substr(1);
+    if (file.empty()) {
+        throw preset_error("--preset \"@\" names no file");
+    }
     preset loaded = read_preset_file(path_from_utf8(file));
     check_owner(effect, loaded, file);
     return loaded;

@@ -100,7 +100,7 @@ std::set<std::uint32_t> input_rates_hz(const album_job& job) {
 /// Each warning once, though it may hold at several rates.
 void warn_of(const std::vector<chosen_effect>& chosen, const std::set<std::uint32_t>& rates_hz) {
     for (const auto& [effect, settings] : chosen) {
-        std::set<std::string> said{""};
+        std::set<std::string> said{""}; // no warning is none to print
         for (const std::uint32_t rate_hz : rates_hz) {
             for (const auto& warning : {warning_of(settings, rate_hz), conversion_warning(effect, settings, rate_hz)}) {
                 if (said.insert(warning).second) {

@@ -85,7 +85,7 @@ def test_damage_in_the_middle_of_a_track(host, folder):
      'hard.json is a preset of another effect than "Reverse stereo channels"'),
     (["-e", "reverse stereo", "--preset", "@missing.json"], "missing.json: there is no such file"),
     (["-e", "reverse stereo", "--preset", "@in.wav"], "in.wav: is no preset file"),
-    (["-e", "reverse stereo", "--preset", "@"], ": there is no such file"),
+    (["-e", "reverse stereo", "--preset", "@"], '--preset "@" names no file'),
 ])
 def test_an_effect_that_cannot_be_had(host, folder, arguments, reason):
     (folder / "hard.json").write_text('{"owner": "{CB592C20-2E33-4972-925F-3FBB6BDBA9BF}", "payload": ""}')
@@ -194,7 +194,7 @@ def test_a_module_that_is_none(host, folder, command, module, reason):
 
 @native
 def test_a_path_is_told_once(host):
-    host.assert_fails("list", "--module", "missing.so", reason="missing.so: cannot open shared object file")
+    host.assert_fails("list", "--module", "missing.so", reason="the module missing.so: cannot open shared object file")
 
 
 def test_no_module_beside_the_program(host, folder):
