@@ -38,6 +38,9 @@ template <class Interface>
 void basic_effect<Interface>::run_abortable(velmora::block_list* list, void* track, std::uint32_t flags,
                                             velmora::abort_signal* abort) {
     const scoped_context scope(context_, {list, track, 0});
+    if (abort == nullptr) {
+        abort = &never_abort_signal();
+    }
     run_blocks(abort);
     if ((flags & velmora::run_flag::end_of_playback) != 0) {
         this->on_playback_end(abort);

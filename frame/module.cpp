@@ -4,9 +4,15 @@
 #include "frame/service_list.h"
 #include "frame/settings_store.h"
 
+#include <string>
+
 namespace kelvane {
 
 namespace {
+
+std::string text_or_empty(const char* text) {
+    return text != nullptr ? text : "";
+}
 
 class kelvane_module final : public velmora::module_interface {
 public:
@@ -22,8 +28,8 @@ public:
     }
 
     void set_module_names(const char* path, const char* file_name) override {
-        state().path = path;
-        state().file_name = file_name;
+        state().path = text_or_empty(path);
+        state().file_name = text_or_empty(file_name);
     }
 
     void enable_thread_checks(bool enable) override { state().checks_threads = enable; }

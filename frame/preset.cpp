@@ -48,18 +48,20 @@ velmora::guid owner_of(const velmora::effect_preset& preset) {
     return owner;
 }
 
+std::span<const std::byte> payload_of(const velmora::effect_preset& preset) {
+    const void* const data = preset.get_data();
+    return {static_cast<const std::byte*>(data), data == nullptr ? 0 : preset.get_data_size()};
+}
+
 bool are_equal(const velmora::effect_preset& a, const velmora::effect_preset& b) {
-    const std::size_t bytes = a.get_data_size();
-    const auto* const a_first = static_cast<const std::byte*>(a.get_data());
-    const auto* const b_first = static_cast<const std::byte*>(b.get_data());
-    return owner_of(a) == owner_of(b) && bytes == b.get_data_size() &&
-           (bytes == 0 || std::equal(a_first, a_first + bytes, b_first));
+    return owner_of(a) == owner_of(b) && std::ranges::equal(payload_of(a), payload_of(b));
 }
 
 void copy_preset(velmora::effect_preset& target, const velmora::effect_preset& source) {
     const velmora::guid owner = owner_of(source);
     target.set_owner(&owner);
-    target.set_data(source.get_data(), source.get_data_size());
+    const std::span<const std::byte> payload = payload_of(source);
+    target.set_data(payload.data(), payload.size());
 }
 
 } // namespace kelvane

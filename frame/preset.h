@@ -4,6 +4,7 @@
 #include "velmora/effect_preset.h"
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 namespace kelvane {
@@ -26,6 +27,9 @@ private:
 };
 
 velmora::guid owner_of(const velmora::effect_preset& preset);
+
+/// The preset's bytes, valid until its next change. A preset that claims bytes and has none (null) is empty.
+std::span<const std::byte> payload_of(const velmora::effect_preset& preset);
 
 /// Whether owner, size and bytes are equal.
 bool are_equal(const velmora::effect_preset& a, const velmora::effect_preset& b);

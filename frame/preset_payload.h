@@ -5,15 +5,9 @@
 #include "frame/preset.h"
 
 #include <cstddef>
-#include <span>
 #include <vector>
 
 namespace kelvane {
-
-/// The preset's bytes; valid until its next change.
-inline std::span<const std::byte> payload_of(const velmora::effect_preset& preset) {
-    return {static_cast<const std::byte*>(preset.get_data()), preset.get_data_size()};
-}
 
 /// The settings with which a dialog opens: those of the preset, and the defaults for a preset of another effect or one
 /// that cannot be read.

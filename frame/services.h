@@ -17,14 +17,14 @@ struct releasing {
 template <class Service>
 using service_ptr = std::unique_ptr<Service, releasing>;
 
-/// Stores `given` in an out reference, which is null or holds a valid service, and gives back what it held.
+/// Gives back what an out reference holds, if it is not null, and stores `given` there. An exception of what it holds
+/// leaves it as it was.
 template <class Service>
 void store_reference(Service** out, service_ptr<Service> given) {
-    Service* const held = *out;
-    *out = given.release();
-    if (held != nullptr) {
-        held->release();
+    if (*out != nullptr) {
+        (*out)->release();
     }
+    *out = given.release();
 }
 
 /// The answer to `service::query` for an object that has the interfaces `answered`.

@@ -126,6 +126,9 @@ private:
     warner warn_;
 };
 
+/// "LOWEST to HIGHEST", as ranges are told.
+std::string range_text(std::int64_t lowest, std::int64_t highest);
+
 /// A whole decimal number of the type's range; nothing for any other text.
 std::optional<std::int64_t> parse_number(std::string_view text);
 

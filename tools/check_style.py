@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Checks what the compiler does not: how text files look, how headers begin, and which folder includes which."""
+"""Checks what the compiler does not: how text files look, how headers begin, what each folder includes and links."""
 
 import re
 import sys
 from pathlib import Path, PurePosixPath
 
 from project_files import project_files
+from target_links import link_faults
 
 LINE_LIMIT_COLUMNS = 120
 CODE_SUFFIXES = {".h", ".cpp", ".py", ".sh", ".cmake", ".rc"}
@@ -16,6 +17,16 @@ STANDARD_HEADER = re.compile(r"^[a-z_0-9]+$")
 FREESTANDING_HEADERS = {"stddef.h", "stdint.h"}
 VECTOR_HEADERS = {"emmintrin.h"}  # of the vectors that every processor of the platform has
 
+# What the FFT converter includes besides standard headers and files of its own: vectors beyond VECTOR_HEADERS, for the
+# one file that is compiled for them; the exception for a size out of range; asking the compiler which vectors the
+# processor has; and the struct in which a stream's description names its kind of samples. None of them knows the host.
+INCLUDABLE_BY_CONVERTER = VECTOR_HEADERS | {
+    "immintrin.h",
+    "frame/exceptions.h",
+    "frame/compiler.h",
+    "velmora/guid.h",
+}
+
 PROJECT_FOLDERS = {"velmora", "quillet", "frame", "effects", "host", "resources", "tests", "bench"}
 # What the products' folders may include; tests and benchmarks may include all.
 INCLUDABLE_FOLDERS = {
@@ -25,13 +36,21 @@ INCLUDABLE_FOLDERS = {
     "effects": {"velmora", "quillet", "frame", "effects", "resources"},
     "host": {"velmora", "quillet", "host"},
 }
-# What the settings of an effect may include of the frame: the host reads settings too, and has no frame.
+# What the settings of an effect, and the words for them, may include of the frame: the host links both, and of the
+# frame it links the target `payload` alone.
 FRAME_FILES_OF_SETTINGS = ("frame/payload", "frame/exceptions.h", "frame/rate_exclusion", "frame/settings_words")
 
 
 def is_effect_file(path, kind):
     """Whether the path is that of an effect's KIND: effects/.../NAME_KIND.h or .cpp."""
     return path.startswith("effects/") and PurePosixPath(path).stem.endswith(f"_{kind}")
+
+
+def is_converter_file(path):
+    """Whether the path is of the FFT converter: the core of its effect, whose other files are named ssrc_..."""
+    parts = PurePosixPath(path)
+    is_of_converter = parts.stem == "ssrc_converter" or not parts.stem.startswith("ssrc_")
+    return str(parts.parent) == "effects/resampler_ssrc" and is_of_converter
 
 
 def is_code(path):
@@ -70,6 +89,21 @@ def core_include_fault(target, quoted):
     return None if allowed else f"an effect's core does not include {target}"
 
 
+def converter_include_fault(target, quoted):
+    """The FFT converter is pure computation too."""
+    is_standard = not quoted and STANDARD_HEADER.match(target)
+    allowed = is_standard or is_converter_file(target) or target in INCLUDABLE_BY_CONVERTER
+    return None if allowed else f"the FFT converter does not include {target}"
+
+
+def effect_folder_fault(path, target):
+    """An effect stands alone; what several kinds use lies in effects/ itself, what the resamplers use in a folder."""
+    own, included = PurePosixPath(path).parent, PurePosixPath(target).parent
+    is_between_folders = str(own.parent) == str(included.parent) == "effects" and own != included
+    is_shared = included.name == "resampler_common" and own.name.startswith("resampler_")
+    return f"{own} does not include {target}" if is_between_folders and not is_shared else None
+
+
 def system_include_fault(path, target):
     if target.split("/")[0] in PROJECT_FOLDERS:
         return f"the project's own files are included in quotes: {target}"
@@ -87,16 +121,18 @@ def project_include_fault(path, target):
         return None
     if target_folder not in INCLUDABLE_FOLDERS.get(folder, PROJECT_FOLDERS):
         return f"{folder} does not include {target}"
-    is_of_frame = target_folder == "frame"
-    if is_effect_file(path, "settings") and is_of_frame and not target.startswith(FRAME_FILES_OF_SETTINGS):
+    is_of_settings = is_effect_file(path, "settings") or is_effect_file(path, "words")
+    if is_of_settings and target_folder == "frame" and not target.startswith(FRAME_FILES_OF_SETTINGS):
         return f"an effect's settings do not include {target}"
-    return None
+    return effect_folder_fault(path, target)
 
 
 def include_fault(path, target, quoted):
     fault = project_include_fault(path, target) if quoted else system_include_fault(path, target)
     if fault is None and is_effect_file(path, "core"):
         fault = core_include_fault(target, quoted)
+    if fault is None and is_converter_file(path):
+        fault = converter_include_fault(target, quoted)
     return fault
 
 
@@ -112,7 +148,7 @@ def include_faults(path, text):
 
 def faults_of(path, text):
     """What is wrong with one text file, as lines to print."""
-    for rule in (layout_faults, header_faults, include_faults):
+    for rule in (layout_faults, header_faults, include_faults, link_faults):
         for number, message in rule(path, text):
             yield f"{path}:{number}: {message}"
 

@@ -5,6 +5,7 @@ draws what became of a stretch of one track."""
 import argparse
 import re
 import subprocess
+import sys
 import tempfile
 from itertools import groupby
 from pathlib import Path
@@ -139,8 +140,15 @@ def draw_track(host_program, path):
     draw(*powers, path)
 
 
-def process_album(host_program, output):
+def album_tracks():
     tracks = sorted(MUSIC_FOLDER.glob("*.ogg"))
+    if not tracks:
+        sys.exit(f"There are no tracks in {MUSIC_FOLDER}: they come with the package extremetuxracer-data.")
+    return tracks
+
+
+def process_album(host_program, output):
+    tracks = album_tracks()
     sounds = [vorbis.read_sound(track) for track in tracks]
     print("Tracks:", *(f"    {track} ({sound.rate_hz} Hz)" for track, sound in zip(tracks, sounds, strict=True)),
           "Effects:", *(f"    {effect}" for effect in EFFECTS), sep="\n", flush=True)
@@ -157,8 +165,13 @@ def main():
     parser.add_argument("picture", type=Path)
     arguments = parser.parse_args()
     arguments.album.parent.mkdir(parents=True, exist_ok=True)
-    process_album(arguments.host_program, arguments.album)
-    draw_track(arguments.host_program, arguments.picture)
+    try:
+        process_album(arguments.host_program, arguments.album)
+        draw_track(arguments.host_program, arguments.picture)
+    except subprocess.CalledProcessError as error:
+        sys.exit(error.returncode)  # the program has told why
+    except KeyboardInterrupt:
+        sys.exit(130)
 
 
 if __name__ == "__main__":

@@ -2,8 +2,8 @@
 """Adds up the cases of a test run and tells the sum in the last line.
 
 A build folder holds ctest.xml, ctest's own verdict on each test, and reports/NAME.xml, the cases of the test NAME. A
-test whose report does not account for its verdict - it crashed, hung, could not start, or failed behind its last
-case - is one more failed case. So is a build folder without any result.
+test whose report does not account for its verdict - it crashed, hung, could not start, failed behind its last case, or
+left before it wrote any - is one more failed case. So is a build folder without any result.
 """
 
 import argparse
@@ -92,6 +92,8 @@ def count_test(test, reports):
     verdict, reason = test_verdict(test)
     if verdict == "failed" and not counts.failed:
         counts.add("failed", labelled(f"{name}: failed without a failed case", reason))
+    elif verdict == "passed" and counts.is_empty():
+        counts.add("failed", f"{name}: passed without a case")
     elif counts.is_empty():
         counts.add(verdict, labelled(name, reason))
     return counts

@@ -18,7 +18,9 @@ inline constexpr uint32_t end_of_playback = 2; ///< playback ends behind this li
 } // namespace run_flag
 
 /// Driven by one thread at a time; only the counting may come from others. Blocks, lists and signals are borrowed for
-/// the length of a call.
+/// the length of a call. While an instance asks a list for its count or for a block, or removes one, another run of the
+/// same instance may be nested; while it fills a block or inserts one, its audio is on the way, and it must not be run,
+/// ended or flushed.
 class effect_instance : public service {
 public:
     static constexpr guid class_id{0x9FB1DA49, 0xAF6F, 0x4FD2, {0x9C, 0x73, 0x48, 0xA8, 0xA1, 0x09, 0x00, 0x3B}};

@@ -44,7 +44,7 @@ constexpr std::array inner_to_front{feed{front_left_of_centre, front_left, 1.0},
 
 /// Where input speakers without a place of their own go. Conditions that are 0 ask for nothing.
 struct folding {
-    std::uint32_t homeless;         ///< it is for these, when at least one of them is still without a place
+    std::uint32_t unplaced;         ///< it is for these, when at least one of them is still without a place
     std::uint32_t empty_places = 0; ///< one of these is in the target and not in the input
     std::uint32_t all_places = 0;   ///< these are all in the target
     std::uint32_t any_place = 0;    ///< one of these is in the target
@@ -53,17 +53,17 @@ struct folding {
 
 /// In the order in which they are tried; whom one of them has placed, the later ones leave alone.
 constexpr std::array foldings{
-    folding{.homeless = side_pair, .empty_places = back_pair, .feeds = sides_to_back},
-    folding{.homeless = back_pair, .empty_places = side_pair, .feeds = back_to_sides},
-    folding{.homeless = front_centre, .feeds = centre_to_front},
-    folding{.homeless = back_centre, .any_place = back_pair, .feeds = back_centre_to_back},
-    folding{.homeless = back_pair, .any_place = side_pair, .feeds = back_to_sides},
-    folding{.homeless = back_pair, .feeds = back_to_front},
-    folding{.homeless = side_pair, .any_place = back_pair, .feeds = sides_to_back_and_front},
-    folding{.homeless = side_pair, .feeds = sides_to_front},
-    folding{.homeless = inner_pair, .all_places = front_pair | front_centre, .feeds = inner_to_front_and_centre},
-    folding{.homeless = inner_pair, .any_place = front_centre, .feeds = inner_to_centre},
-    folding{.homeless = inner_pair, .any_place = front_pair, .feeds = inner_to_front},
+    folding{.unplaced = side_pair, .empty_places = back_pair, .feeds = sides_to_back},
+    folding{.unplaced = back_pair, .empty_places = side_pair, .feeds = back_to_sides},
+    folding{.unplaced = front_centre, .feeds = centre_to_front},
+    folding{.unplaced = back_centre, .any_place = back_pair, .feeds = back_centre_to_back},
+    folding{.unplaced = back_pair, .any_place = side_pair, .feeds = back_to_sides},
+    folding{.unplaced = back_pair, .feeds = back_to_front},
+    folding{.unplaced = side_pair, .any_place = back_pair, .feeds = sides_to_back_and_front},
+    folding{.unplaced = side_pair, .feeds = sides_to_front},
+    folding{.unplaced = inner_pair, .all_places = front_pair | front_centre, .feeds = inner_to_front_and_centre},
+    folding{.unplaced = inner_pair, .any_place = front_centre, .feeds = inner_to_centre},
+    folding{.unplaced = inner_pair, .any_place = front_pair, .feeds = inner_to_front},
 };
 
 bool holds(const folding& rule, std::uint32_t input_mask, std::uint32_t target_mask) {
@@ -100,11 +100,11 @@ channel_matrix fold(std::uint32_t input_mask, std::size_t inputs, std::uint32_t 
         const std::uint32_t speaker = speaker_at(input_mask, input);
         matrix.add({speaker, speaker, 1.0});
     }
-    std::uint32_t homeless = input_mask & ~target_mask;
+    std::uint32_t unplaced = input_mask & ~target_mask;
     for (const folding& rule : foldings) {
-        if (has_any(homeless, rule.homeless) && holds(rule, input_mask, target_mask)) {
+        if (has_any(unplaced, rule.unplaced) && holds(rule, input_mask, target_mask)) {
             std::for_each(rule.feeds.begin(), rule.feeds.end(), [&](const feed& added) { matrix.add(added); });
-            homeless &= ~rule.homeless;
+            unplaced &= ~rule.unplaced;
         }
     }
     return matrix.weights();

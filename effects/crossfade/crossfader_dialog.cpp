@@ -5,9 +5,8 @@
 namespace kelvane {
 
 int crossfader_position(std::uint32_t fade_ms) {
-    constexpr auto lowest = static_cast<std::uint32_t>(lowest_crossfader_position);
-    constexpr auto highest = static_cast<std::uint32_t>(highest_crossfader_position);
-    return static_cast<int>(std::clamp(fade_ms, lowest, highest));
+    return static_cast<int>(
+        std::clamp(fade_ms, crossfader_settings::shortest_dialog_fade_ms, crossfader_settings::longest_dialog_fade_ms));
 }
 
 crossfader_settings crossfader_settings_at(int position) {

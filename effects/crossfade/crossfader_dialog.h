@@ -13,8 +13,8 @@ class preset_change_callback;
 namespace kelvane {
 
 /// The trackbar's positions, in milliseconds.
-inline constexpr int lowest_crossfader_position = 200;
-inline constexpr int highest_crossfader_position = 20'000;
+inline constexpr int lowest_crossfader_position = crossfader_settings::shortest_dialog_fade_ms;
+inline constexpr int highest_crossfader_position = crossfader_settings::longest_dialog_fade_ms;
 
 /// Where the trackbar stands for a stored fade.
 int crossfader_position(std::uint32_t fade_ms);

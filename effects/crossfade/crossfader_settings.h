@@ -18,7 +18,11 @@ struct crossfader_settings {
     static constexpr std::uint32_t shortest_fade_ms = 10;
     static constexpr std::uint32_t longest_fade_ms = 60'000;
 
-    /// How long the tracks overlap. The dialog gives 200 to 20000; any value is stored.
+    /// The fades that the dialog gives.
+    static constexpr std::uint32_t shortest_dialog_fade_ms = 200;
+    static constexpr std::uint32_t longest_dialog_fade_ms = 20'000;
+
+    /// How long the tracks overlap. Any value is stored.
     std::uint32_t fade_ms = 2000;
 
     bool operator==(const crossfader_settings&) const = default;

@@ -11,8 +11,7 @@ constexpr double corner_rad_per_s = 2128.0;
 } // namespace
 
 crossfeed_core::crossfeed_core(std::int32_t strength, std::uint32_t rate_hz) noexcept {
-    const double frame_s = 1.0 / rate_hz; // first the quotient, then the products: the order decides
-                                          // the last bit
+    const double frame_s = 1.0 / rate_hz; // first the quotient, then the products: the order decides the last bit
     decay_ = frame_s * corner_rad_per_s;
     uptake_ = strength * frame_s;
 }

@@ -12,9 +12,11 @@ class preset_change_callback;
 
 namespace kelvane {
 
-/// The trackbar's positions.
-inline constexpr int lowest_crossfeed_position = 1;
-inline constexpr int highest_crossfeed_position = 100;
+/// The trackbar's positions: steps of the strength, which is also what the dialog shows.
+inline constexpr int lowest_crossfeed_position =
+    crossfeed_settings::lowest_dialog_strength / crossfeed_settings::dialog_strength_step;
+inline constexpr int highest_crossfeed_position =
+    crossfeed_settings::highest_dialog_strength / crossfeed_settings::dialog_strength_step;
 
 /// Where the trackbar stands for a stored strength.
 int crossfeed_position(std::int32_t strength);

@@ -10,8 +10,9 @@ bool crossfeed_filter::on_block(velmora::sample_block* block, velmora::abort_sig
         flush();
         return true;
     }
-    follow_rate(block->get_sample_rate());
-    if (core_) { // a block without a rate has none
+    const std::uint32_t rate_hz = block->get_sample_rate();
+    if (rate_hz != 0) { // the base takes a block without a rate out; one that comes directly leaves the filter alone
+        follow_rate(rate_hz);
         core_->process(mutable_samples_of(*block));
     }
     return true;

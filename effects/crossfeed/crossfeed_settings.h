@@ -14,7 +14,12 @@ struct crossfeed_settings {
     static constexpr velmora::guid identity{
         0xD487D723, 0xFD8C, 0x4106, {0x90, 0x23, 0x56, 0x20, 0xAE, 0xA0, 0xA8, 0x85}};
 
-    /// How much of the difference comes back. The dialog gives 100 to 10000 in steps of 100; any value is taken.
+    /// The strengths that the dialog gives: whole steps.
+    static constexpr std::int32_t lowest_dialog_strength = 100;
+    static constexpr std::int32_t highest_dialog_strength = 10'000;
+    static constexpr std::int32_t dialog_strength_step = 100;
+
+    /// How much of the difference comes back. Any value is taken.
     std::int32_t strength = 1000;
 
     bool operator==(const crossfeed_settings&) const = default;

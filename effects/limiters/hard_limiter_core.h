@@ -14,7 +14,7 @@ inline double soft_clip(double x) {
         return std::tanh(2.0 * x + 1.0) * 0.5 - 0.5;
     }
     if (x > 0.5) {
-        // The order of the operations decides the last bit.
+        // 2x - 1 in steps of which none rounds, as far as the tangent is still below 1.
         return (std::tanh((x - 0.5) + x - 0.5) + 1.0) * 0.5;
     }
     return x;

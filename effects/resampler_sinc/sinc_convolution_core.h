@@ -57,7 +57,7 @@ private:
     const float* coefficients_;
 };
 
-/// Those on the straight line from its phase to the next.
+/// Those interpolated linearly between its phase and the next.
 class interpolated_row {
 public:
     template <class Taps>

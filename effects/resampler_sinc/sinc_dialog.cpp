@@ -1,7 +1,7 @@
 #include "effects/resampler_sinc/sinc_dialog.h"
 
+#include "effects/resampler_common/target_rates.h"
 #include "effects/resampler_sinc/sinc_quality_core.h"
-#include "effects/target_rates.h"
 
 namespace kelvane {
 

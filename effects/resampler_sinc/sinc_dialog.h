@@ -1,7 +1,7 @@
 // The settings dialog of "Resampler (RetroArch)", heard at once.
 #pragma once
 
-#include "effects/rate_entry.h"
+#include "effects/resampler_common/rate_entry.h"
 #include "effects/resampler_sinc/sinc_settings.h"
 
 #include <string>

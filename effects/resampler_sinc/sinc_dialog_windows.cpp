@@ -1,4 +1,4 @@
-#include "effects/resampler_controls.h"
+#include "effects/resampler_common/resampler_controls.h"
 #include "effects/resampler_sinc/sinc_dialog.h"
 #include "effects/resampler_sinc/sinc_quality_core.h"
 #include "frame/dialog_controls.h"

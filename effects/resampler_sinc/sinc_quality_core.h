@@ -9,7 +9,7 @@ namespace kelvane {
 enum class sinc_window : std::uint32_t { kaiser = 1, lanczos = 2 };
 
 /// One level. The filter stands tabulated at 2^phase_bits positions between two input frames; the Kaiser levels go on
-/// by straight lines from one position to the next, to 2^(phase_bits + subphase_bits) of them.
+/// by linear interpolation from one position to the next, to 2^(phase_bits + subphase_bits) of them.
 struct sinc_quality {
     const char* name;
     const char* description;

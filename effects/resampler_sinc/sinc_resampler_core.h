@@ -22,8 +22,8 @@ namespace kelvane {
 /// output frame to the next is rounded to fixed point of 22 or 24 bits, so that the output drifts against the exact
 /// ratio of the rates, by a few frames an hour. It does not depend on how the input is cut into calls.
 ///
-/// The method, a tabulated windowed sinc with straight lines between the places of the table, is that of J. O. Smith
-/// and P. Gossett, "A flexible sampling-rate conversion method", IEEE Conference on Acoustics, Speech and Signal
+/// The method, a tabulated windowed sinc with linear interpolation between the places of the table, is that of J. O.
+/// Smith and P. Gossett, "A flexible sampling-rate conversion method", IEEE Conference on Acoustics, Speech and Signal
 /// Processing, 1984.
 class sinc_resampler {
 public:

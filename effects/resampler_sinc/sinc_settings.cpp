@@ -1,6 +1,6 @@
 #include "effects/resampler_sinc/sinc_settings.h"
 
-#include "effects/target_rates.h"
+#include "effects/resampler_common/target_rates.h"
 #include "frame/exceptions.h"
 #include "frame/payload_reader.h"
 #include "frame/payload_writer.h"

@@ -1,9 +1,9 @@
 #include "effects/resampler_sinc/sinc_words.h"
 
-#include "effects/exclude_field.h"
+#include "effects/resampler_common/exclude_field.h"
+#include "effects/resampler_common/target_rates.h"
 #include "effects/resampler_sinc/sinc_quality_core.h"
 #include "effects/resampler_sinc/sinc_settings.h"
-#include "effects/target_rates.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -46,7 +46,7 @@ std::string range_of_qualities() {
     for (const sinc_quality& quality : sinc_qualities) {
         names += std::string(quality.name) + ", ";
     }
-    return names + "or 0 to " + std::to_string(sinc_qualities.size() - 1);
+    return names + "or " + range_text(0, sinc_qualities.size() - 1);
 }
 
 described_field<sinc_settings> quality_field() {
@@ -68,8 +68,8 @@ std::unique_ptr<settings_words> sinc_words() {
     std::vector<described_field<sinc_settings>> fields{
         number_field({.name = "rate",
                       .unit = "Hz",
-                      .range = "a whole number of 32 bits (" + std::to_string(min_target_rate_hz) + " to " +
-                               std::to_string(max_target_rate_hz) + " in the dialog)",
+                      .range = "a whole number of 32 bits (" + range_text(min_target_rate_hz, max_target_rate_hz) +
+                               " in the dialog)",
                       .meaning = "the sample rate of the output"},
                      &sinc_settings::target_rate_hz),
         quality_field(),

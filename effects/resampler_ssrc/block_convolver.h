@@ -19,7 +19,7 @@ namespace kelvane::ssrc {
 ///
 /// Sources: T. G. Stockham, "High-Speed Convolution and Correlation", AFIPS Spring Joint Computer Conference, 1966;
 /// A. Torger, A. Farina, "Real-Time Partitioned Convolution for Ambiophonics Surround Sound", IEEE Workshop on
-/// Applications of Signal Processing to Audio and Acoustics, 1999.
+/// Applications of Signal Processing to Audio and Acoustics, 2001.
 class block_convolver {
 public:
     struct shape {

@@ -25,7 +25,7 @@ struct complex_lanes {
         return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
     }
     /// a x conjugate of b
-    friend complex_lanes turned_back(complex_lanes a, complex_lanes b) {
+    friend complex_lanes times_conjugate(complex_lanes a, complex_lanes b) {
         return {a.re * b.re + a.im * b.im, a.im * b.re - a.re * b.im};
     }
     friend complex_lanes plus_i_times(complex_lanes a, complex_lanes b) { return {a.re - b.im, a.im + b.re}; }
@@ -106,9 +106,9 @@ inline quarters<Part> join_unturned(const quarters<Part>& children) {
 template <class Part>
 inline quarters<Part> join(const quarters<Part>& children, const node_lanes<Part>& roots) {
     const butterfly<Part> b(children.q0, children.q1, children.q2, children.q3);
-    return {b.even_sum + b.odd_sum, turned_back(minus_i_times(b.even_difference, b.odd_difference), roots.w1),
-            turned_back(b.even_sum - b.odd_sum, roots.w2),
-            turned_back(plus_i_times(b.even_difference, b.odd_difference), roots.w3)};
+    return {b.even_sum + b.odd_sum, times_conjugate(minus_i_times(b.even_difference, b.odd_difference), roots.w1),
+            times_conjugate(b.even_sum - b.odd_sum, roots.w2),
+            times_conjugate(plus_i_times(b.even_difference, b.odd_difference), roots.w3)};
 }
 
 /// Lane j of vector i becomes lane i of vector j.

@@ -12,7 +12,7 @@ struct rate_plan {
     std::uint32_t input_hz;
     std::uint32_t output_hz;
     std::uint32_t common_hz; ///< the least common multiple of both
-    std::uint32_t osf;       ///< 1, 2 or 3
+    std::uint32_t osf;       ///< oversampling factor: 1, 2 or 3
 
     bool goes_up() const noexcept { return output_hz > input_hz; }
     /// Of the long filter.

@@ -21,6 +21,10 @@ namespace kelvane::ssrc {
 /// z^n - 1 = (z^(n/2) - 1)(z^(n/2) + 1): the odd bins are a right-angle transform of a quarter of the points, the even
 /// ones the same problem at half the size. Source of the split: G. Bruun, "z-Transform DFT Filters and FFTs", IEEE
 /// Transactions on Acoustics, Speech and Signal Processing, 1978.
+///
+/// The converter does not call it, and the module holds nothing of it: a convolution asks for no order of the bins and
+/// works on the right-angle transforms that this one is made of. This is the plain transform over them, for the tests,
+/// which hold it against a peer and convert the plain way with it, and for the benchmark.
 class real_fft {
 public:
     /// Throws `std::bad_alloc` when memory is short.

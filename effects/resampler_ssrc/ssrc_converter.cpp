@@ -69,7 +69,7 @@ void ssrc_converter::begin_stream() noexcept {
     with_path(path_, [this](auto& path) { frames_to_discard_ = path.frames_to_discard(); });
 }
 
-bool ssrc_converter::process(std::span<const std::byte> input, bool final) {
+bool ssrc_converter::process(std::span<const std::byte> input, bool is_last) {
     take_back_output();
     if (channels_ == 0 || input.size() % frame_bytes_ != 0) {
         return false;
@@ -84,12 +84,12 @@ bool ssrc_converter::process(std::span<const std::byte> input, bool final) {
     frames_in_ += count;
     with_path(path_, [&](auto& path) {
         convert(path, input.data(), count);
-        if (final) {
+        if (is_last) {
             flush(path);
         }
     });
     hand_out();
-    if (final) {
+    if (is_last) {
         with_path(path_, [](auto& path) { path.reset(); });
         begin_stream();
     }

@@ -35,10 +35,10 @@ public:
     /// Frees all memory and forgets the stream.
     void destroy() noexcept;
 
-    /// Takes the next whole frames of the stream; `final` ends it, and the next call begins another one like it.
+    /// Takes the next whole frames of the stream; `is_last` ends it, and the next call begins another one like it.
     /// False when there was no set-up, `input` is not whole frames, or there is no memory for the output: the call has
     /// then changed nothing but `output`, which is empty.
-    bool process(std::span<const std::byte> input, bool final);
+    bool process(std::span<const std::byte> input, bool is_last);
 
     /// What the last call of `process` made, in the input's format. Valid until the next one.
     std::span<const std::byte> output() const noexcept { return {output_.data(), output_bytes_}; }

@@ -1,7 +1,6 @@
 #include "effects/resampler_ssrc/ssrc_dialog.h"
 
-#include "effects/target_rates.h"
-
+#include "effects/resampler_common/target_rates.h"
 #include "frame/preset_payload.h"
 
 namespace kelvane {

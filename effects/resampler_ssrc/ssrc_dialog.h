@@ -1,7 +1,7 @@
 // The settings dialog of "Resampler (dBpoweramp/SSRC)", handed back by OK.
 #pragma once
 
-#include "effects/rate_entry.h"
+#include "effects/resampler_common/rate_entry.h"
 #include "effects/resampler_ssrc/ssrc_settings.h"
 
 #include <string>

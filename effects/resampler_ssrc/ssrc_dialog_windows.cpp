@@ -1,4 +1,4 @@
-#include "effects/resampler_controls.h"
+#include "effects/resampler_common/resampler_controls.h"
 #include "effects/resampler_ssrc/ssrc_dialog.h"
 #include "frame/settings_dialog.h"
 #include "resources/control_ids.h"

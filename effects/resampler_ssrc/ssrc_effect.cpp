@@ -1,6 +1,6 @@
 #include "effects/resampler_ssrc/ssrc_effect.h"
 
-#include "effects/target_rates.h"
+#include "effects/resampler_common/target_rates.h"
 #include "frame/exceptions.h"
 
 #include <algorithm>
@@ -110,9 +110,9 @@ double ssrc_resampler::get_latency() {
     return std::max(in_s - out_s, 0.0);
 }
 
-void ssrc_resampler::convert(std::span<const double> samples, bool final) {
+void ssrc_resampler::convert(std::span<const double> samples, bool is_last) {
     try {
-        if (!converter_.process(std::as_bytes(samples), final)) {
+        if (!converter_.process(std::as_bytes(samples), is_last)) {
             throw std::runtime_error("Resampling failure");
         }
         frames_in_ += samples.size() / format_.channels;

@@ -45,7 +45,7 @@ private:
     bool set_up_for(const stream_format& format);
     void end_stream();
     bool holds_frames_back() const noexcept;
-    void convert(std::span<const double> samples, bool final);
+    void convert(std::span<const double> samples, bool is_last);
     void emit_output();
 
     std::uint32_t target_hz_;

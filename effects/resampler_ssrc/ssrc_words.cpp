@@ -1,8 +1,8 @@
 #include "effects/resampler_ssrc/ssrc_words.h"
 
-#include "effects/exclude_field.h"
+#include "effects/resampler_common/exclude_field.h"
+#include "effects/resampler_common/target_rates.h"
 #include "effects/resampler_ssrc/ssrc_settings.h"
-#include "effects/target_rates.h"
 
 #include <cstdint>
 #include <string>
@@ -26,7 +26,7 @@ bool change_rate(ssrc_settings& settings, std::string_view text) {
 described_field<ssrc_settings> rate_field() {
     return {{.name = "rate",
              .unit = "Hz",
-             .range = std::to_string(min_target_rate_hz) + " to " + std::to_string(max_target_rate_hz),
+             .range = range_text(min_target_rate_hz, max_target_rate_hz),
              .meaning = "the sample rate of the output"},
             [](const ssrc_settings& settings) { return std::to_string(settings.target_rate_hz); },
             change_rate};

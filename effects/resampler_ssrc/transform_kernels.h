@@ -145,12 +145,12 @@ private:
             const complex first = complex::load(from + at);
             const complex second = complex::load(from + at + 2 * half);
             store_planes(first + second, re + i, im + i);
-            store_planes(turned_back(first - second, w), re + i + half, im + i + half);
+            store_planes(times_conjugate(first - second, w), re + i + half, im + i + half);
         });
     }
 
     /// The imaginary part of a x conjugate of w.
-    static part turned_back_im(const complex& a, const complex& w) { return a.im * w.re - a.re * w.im; }
+    static part times_conjugate_im(const complex& a, const complex& w) { return a.im * w.re - a.re * w.im; }
 
     static void close_four_im(const transform_tables& tables, const double* from, double* im) {
         const node roots = node::all(tables.opening);
@@ -158,9 +158,9 @@ private:
         for_parts(quarter, [=](std::size_t i, std::size_t at) {
             const part_quarters whole = join_unturned(part_quarters::load(from + at, 2 * quarter));
             whole.q0.im.store(im + i);
-            turned_back_im(whole.q1, roots.w1).store(im + i + quarter);
-            turned_back_im(whole.q2, roots.w2).store(im + i + 2 * quarter);
-            turned_back_im(whole.q3, roots.w3).store(im + i + 3 * quarter);
+            times_conjugate_im(whole.q1, roots.w1).store(im + i + quarter);
+            times_conjugate_im(whole.q2, roots.w2).store(im + i + 2 * quarter);
+            times_conjugate_im(whole.q3, roots.w3).store(im + i + 3 * quarter);
         });
     }
 
@@ -171,7 +171,7 @@ private:
             const complex first = complex::load(from + at);
             const complex second = complex::load(from + at + 2 * half);
             (first.im + second.im).store(im + i);
-            turned_back_im(first - second, w).store(im + i + half);
+            times_conjugate_im(first - second, w).store(im + i + half);
         });
     }
 

@@ -6,7 +6,7 @@ namespace kelvane {
 
 namespace {
 
-constexpr int lowest_threshold_db = -100;
+constexpr std::int32_t lowest_threshold_db = skip_silence_settings::lowest_dialog_threshold_db;
 
 } // namespace
 

@@ -12,11 +12,12 @@ class preset_change_callback;
 
 namespace kelvane {
 
-/// The trackbars' positions: milliseconds, and dB above -100.
-inline constexpr int lowest_minimum_position = 200;
-inline constexpr int highest_minimum_position = 20'000;
+/// The trackbars' positions: milliseconds, and dB above the lowest threshold, because a position is not negative.
+inline constexpr int lowest_minimum_position = skip_silence_settings::shortest_dialog_minimum_ms;
+inline constexpr int highest_minimum_position = skip_silence_settings::longest_dialog_minimum_ms;
 inline constexpr int lowest_threshold_position = 0;
-inline constexpr int highest_threshold_position = 80;
+inline constexpr int highest_threshold_position =
+    skip_silence_settings::highest_dialog_threshold_db - skip_silence_settings::lowest_dialog_threshold_db;
 
 /// Where the trackbars stand for stored values.
 int minimum_position(std::uint32_t minimum_ms);

@@ -3,6 +3,7 @@
 #include "effects/silence/silence_settings.h"
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,12 +14,25 @@ namespace {
 
 constexpr std::uint32_t shortest_that_cuts_ms = 150; // from here on it rounds to two segments
 
+std::string range_of_minima() {
+    using settings = skip_silence_settings;
+    using limits = std::numeric_limits<std::uint32_t>;
+    return "a whole number from " + range_text(limits::min(), limits::max()) + " (" +
+           range_text(settings::shortest_dialog_minimum_ms, settings::longest_dialog_minimum_ms) + " in the dialog)";
+}
+
+std::string range_of_thresholds() {
+    using settings = skip_silence_settings;
+    return "a whole number of 32 bits (" +
+           range_text(settings::lowest_dialog_threshold_db, settings::highest_dialog_threshold_db) + " in the dialog)";
+}
+
 /// A minimum of one segment: each silent segment is the last one known when it is released, and so none is dropped.
 std::string warn_of_no_cut(const skip_silence_settings& settings, std::uint32_t) {
     if (settings.minimum_ms >= shortest_that_cuts_ms) {
         return "";
     }
-    return "a minimum below 150 ms cuts nothing";
+    return "a minimum below " + std::to_string(shortest_that_cuts_ms) + " ms cuts nothing";
 }
 
 } // namespace
@@ -28,12 +42,12 @@ std::unique_ptr<settings_words> silence_words() {
     std::vector<described_field<settings>> fields{
         number_field({.name = "min_ms",
                       .unit = "ms",
-                      .range = "a whole number from 0 to 4294967295 (200 to 20000 in the dialog)",
+                      .range = range_of_minima(),
                       .meaning = "how long a silence must last to be cut"},
                      &settings::minimum_ms),
         number_field({.name = "threshold_db",
                       .unit = "dB",
-                      .range = "a whole number of 32 bits (-100 to -20 in the dialog)",
+                      .range = range_of_thresholds(),
                       .meaning = "what stays below this level is silence"},
                      &settings::threshold_db),
         yes_no_field({.name = "keep_initial",

@@ -8,6 +8,18 @@
 
 namespace host {
 
+namespace {
+
+std::string unit_text(const worded_field& field) {
+    return field.unit.empty() ? "" : " " + field.unit;
+}
+
+std::string default_text(const worded_field& field) {
+    return field.default_value.empty() ? "nothing" : field.default_value + unit_text(field);
+}
+
+} // namespace
+
 void print_settings(const std::string& effect_name, const preset& shown) {
     const auto fields = describe_settings(shown);
     if (fields.empty()) {
@@ -20,10 +32,8 @@ void print_settings(const std::string& effect_name, const preset& shown) {
     }
     fmt::print("{}\n", effect_name);
     for (const worded_field& field : fields) {
-        const std::string unit = field.unit.empty() ? "" : " " + field.unit;
-        fmt::print("  {:{}} = {}{}\n", field.name, name_width, field.value, unit);
-        fmt::print("  {:{}}   {}; {}; default {}{}\n", "", name_width, field.meaning, field.range, field.default_value,
-                   unit);
+        fmt::print("  {:{}} = {}{}\n", field.name, name_width, field.value, unit_text(field));
+        fmt::print("  {:{}}   {}; {}; default {}\n", "", name_width, field.meaning, field.range, default_text(field));
     }
 }
 

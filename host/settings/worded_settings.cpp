@@ -33,11 +33,11 @@ std::string cut_until(std::string_view& text, char separator) {
 std::string cut_quoted(std::string_view& text) {
     text.remove_prefix(1);
     if (text.find('"') == std::string_view::npos) {
-        throw settings_error("a quotation mark is not closed");
+        throw settings_text_error("a quotation mark is not closed");
     }
     std::string value = cut_until(text, '"');
     if (!cut_until(text, ',').empty()) {
-        throw settings_error(fmt::format("a comma must follow \"{}\"", value));
+        throw settings_text_error(fmt::format("a comma must follow \"{}\"", value));
     }
     return value;
 }
@@ -53,7 +53,7 @@ std::vector<assignment> parse(const kelvane::settings_words& words, std::string_
     std::vector<assignment> assignments;
     while (!text.empty()) {
         if (text.find('=') == std::string_view::npos) {
-            throw settings_error(fmt::format("\"{}\" is not of the form field=value", text));
+            throw settings_text_error(fmt::format("\"{}\" is not of the form field=value", text));
         }
         const std::string field = cut_until(text, '=');
         assignments.push_back({field, cut_value(text, takes_rest(words, field))});
@@ -91,17 +91,17 @@ std::vector<std::byte> changed_payload(const kelvane::settings_words& words, std
             payload = words.with(payload, assigned.field, assigned.value);
         }
     } catch (const kelvane::setting_error& refused) {
-        throw settings_error(refused.what());
+        throw settings_text_error(refused.what());
     }
     return payload;
 }
 
-void change_settings(preset& changed, std::string_view text) {
+void change_settings(preset& changed, std::string_view assignments) {
     const kelvane::settings_words* const words = kelvane::find_settings_words(changed.owner());
     if (words == nullptr) {
-        throw settings_error("the effect has no settings");
+        throw settings_text_error("the effect has no settings");
     }
-    const auto payload = changed_payload(*words, changed.payload(), text);
+    const auto payload = changed_payload(*words, changed.payload(), assignments);
     changed.set_data(payload.data(), payload.size());
 }
 

@@ -21,6 +21,7 @@ guid_bytes identity_of(void* factory) {
 std::string name_of(void* factory) {
     hand_made_text name;
     call<void>(factory, factory_slot::get_name, &name);
+    EXPECT_EQ(name.length, name.text.size()) << name.text; // its own, and not "up to the zero"
     return name.text;
 }
 

@@ -94,8 +94,11 @@ void remove_all(void*) {
     throw std::logic_error("an effect does not empty the list");
 }
 
-hand_made_block* insert_item(void*, std::size_t, std::size_t) {
-    throw std::logic_error("no effect of these tests inserts a block");
+hand_made_block* insert_item(void* object, std::size_t index, std::size_t samples_hint) {
+    auto& list = logged<hand_made_list>(object, "insert_item", index, samples_hint);
+    hand_made_block* const block = &list.inserted.emplace_back(list.room_samples);
+    list.blocks.insert(list.blocks.begin() + static_cast<std::ptrdiff_t>(index), block);
+    return block;
 }
 
 const function_table list_table({
@@ -120,6 +123,9 @@ const function_table signal_table({entry(is_aborting), entry(get_abort_event)});
 
 hand_made_block::hand_made_block(std::uint32_t hz, const std::vector<double>& mono)
     : table(block_table.functions), rate_hz(hz), frames(mono.size()), samples(mono) {}
+
+hand_made_block::hand_made_block(std::size_t capacity_samples)
+    : table(block_table.functions), rate_hz(0), channels(0), channel_mask(0), frames(0), samples(capacity_samples) {}
 
 hand_made_list::hand_made_list(std::vector<hand_made_block*> listed)
     : table(list_table.functions), blocks(std::move(listed)) {}

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -13,9 +14,13 @@ namespace abi_test {
 /// The calls that an object has had: the function's name and its numbers.
 using call_log = std::vector<std::string>;
 
-/// A sample_block of one channel, marked as front centre.
+/// A sample_block.
 struct hand_made_block {
+    /// One channel, marked as front centre.
     hand_made_block(std::uint32_t hz, const std::vector<double>& mono);
+
+    /// A new one, with room only.
+    explicit hand_made_block(std::size_t capacity_samples);
 
     const any_function* table;
     std::uint32_t rate_hz;
@@ -26,12 +31,14 @@ struct hand_made_block {
     call_log log;
 };
 
-/// A block_list of blocks that others own.
+/// A block_list of blocks that others own, those aside that are inserted.
 struct hand_made_list {
     explicit hand_made_list(std::vector<hand_made_block*> listed);
 
     const any_function* table;
     std::vector<hand_made_block*> blocks;
+    std::deque<hand_made_block> inserted; ///< in the order of the calls
+    std::size_t room_samples = 0;         ///< of those that are inserted
     call_log log;
 };
 

@@ -13,23 +13,37 @@ std::string copied(const char* utf8, std::size_t length) {
     return length == up_to_the_zero ? std::string(utf8) : std::string(utf8, length);
 }
 
-std::string& text_of(void* object) {
-    return static_cast<hand_made_text*>(object)->text;
+hand_made_text& text_of(void* object) {
+    return *static_cast<hand_made_text*>(object);
 }
 
 void append_text(void* object, const char* utf8, std::size_t length) {
-    text_of(object) += copied(utf8, length);
+    text_of(object).text += copied(utf8, length);
+    text_of(object).length = length;
 }
 
 const char* get_text(void* object) {
-    return text_of(object).c_str();
+    return text_of(object).text.c_str();
 }
 
 void set_text(void* object, const char* utf8, std::size_t length) {
-    text_of(object) = copied(utf8, length);
+    text_of(object).text = copied(utf8, length);
+    text_of(object).length = length;
 }
 
 const function_table text_table({entry(append_text), entry(get_text), entry(set_text)});
+
+bool is_main_thread(void* object) {
+    auto& host = *static_cast<hand_made_host*>(object);
+    ++host.questions;
+    return host.is_main_thread;
+}
+
+void print_console(void* object, const char* utf8, std::size_t length) {
+    static_cast<hand_made_host*>(object)->console.emplace_back(utf8, length);
+}
+
+const function_table host_table({entry(is_main_thread), entry(print_console)});
 
 hand_made_preset& preset_of(void* object) {
     return *static_cast<hand_made_preset*>(object);
@@ -119,6 +133,8 @@ const function_table writer_table({entry(write)});
 } // namespace
 
 hand_made_text::hand_made_text() : table(text_table.functions) {}
+
+hand_made_host::hand_made_host() : table(host_table.functions) {}
 
 hand_made_preset::hand_made_preset() : table(preset_table.functions) {}
 

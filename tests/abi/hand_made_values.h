@@ -16,6 +16,17 @@ struct hand_made_text {
 
     const any_function* table;
     std::string text = "old text";
+    std::size_t length = 0; ///< that the last text was handed over with
+};
+
+/// A host_api.
+struct hand_made_host {
+    hand_made_host();
+
+    const any_function* table;
+    bool is_main_thread = true;
+    std::size_t questions = 0; ///< how often it was asked which thread it is
+    std::vector<std::string> console;
 };
 
 /// An effect_preset.

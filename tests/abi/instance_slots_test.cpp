@@ -99,6 +99,24 @@ TEST_F(InstanceSlots, VisitsTheBlocksInOrderAndTakesThoseWithoutAudioOut) {
     EXPECT_THAT(last.samples, testing::ElementsAre(0.5, 0.5));
 }
 
+TEST_F(InstanceSlots, AsksABlockForChannelsRateAndFramesUpToTheFirstThatIsMissing) {
+    struct row {
+        std::uint32_t channels;
+        std::uint32_t rate_hz;
+        std::size_t frames;
+        call_log asked;
+    };
+    for (const row& line : {row{0, 0, 0, {"get_channels"}}, row{1, 0, 0, {"get_channels", "get_sample_rate"}},
+                            row{1, 44100, 0, {"get_channels", "get_sample_rate", "get_sample_count"}}}) {
+        hand_made_block block(line.rate_hz, {});
+        block.channels = line.channels;
+        hand_made_list list({&block});
+        run_abortable(list, 0);
+        EXPECT_EQ(block.log, line.asked);
+        EXPECT_THAT(list.blocks, testing::IsEmpty());
+    }
+}
+
 TEST_F(InstanceSlots, RunsWithoutAnAbortSignalToo) {
     call<void>(instance_, instance_slot::run, &list_, track, end_of_playback);
     EXPECT_EQ(block_.samples, doubled);

@@ -12,6 +12,7 @@ inline constexpr std::size_t get_service_list = 1;
 inline constexpr std::size_t save_settings = 2;
 inline constexpr std::size_t load_settings = 3;
 inline constexpr std::size_t set_module_names = 4;
+inline constexpr std::size_t enable_thread_checks = 5;
 inline constexpr std::size_t reserved = 6;
 } // namespace module_slot
 

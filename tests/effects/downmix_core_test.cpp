@@ -7,6 +7,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 namespace kelvane {
@@ -82,6 +83,17 @@ TEST(Downmix, TheSetBitsOfAnyMaskNameTheChannelsInOrder) {
 TEST(Downmix, FramesDoNotMix) {
     EXPECT_EQ(mix<1>(0x3, {1.0, 0.0, 0.0, 1.0, 1.0, 1.0}), (std::vector<double>{0.5, 0.5, 1.0}));
     EXPECT_EQ(mix<2>(0x7, {1.0, 2.0, 0.0, 3.0, 4.0, 0.0}), (std::vector<double>{1.0, 2.0, 3.0, 4.0}));
+}
+
+TEST(Downmix, WhatIsNoFiniteNumberReachesTheOtherSideToo) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (const double strange : {infinity, -infinity, std::numeric_limits<double>::quiet_NaN()}) {
+        const std::vector<double> out = mix<2>(0x3, {strange, 0.25, 0.5, 0.75});
+        EXPECT_FALSE(std::isfinite(out[0])) << strange;
+        EXPECT_TRUE(std::isnan(out[1])) << strange; // strange × 0.0 is in the sum
+        EXPECT_EQ(out[2], 0.5);
+        EXPECT_EQ(out[3], 0.75);
+    }
 }
 
 TEST(Downmix, NothingIsNormalised) {

@@ -1,4 +1,4 @@
-#include "effects/rate_entry.h"
+#include "effects/resampler_common/rate_entry.h"
 
 #include <gtest/gtest.h>
 

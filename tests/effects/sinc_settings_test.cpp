@@ -30,105 +30,32 @@ TEST(SincSettings, ReadsBothFormsAndRepairsWhatIsCut) {
     };
     const sinc_settings defaults{44100, 2, false, ""};
     const std::vector<row> table{
-        {"44AC0000"
-         "02000000"
-         "00"
-         "00000000",
-         defaults},
-        {"80BB0000"
-         "04000000"
-         "01"
-         "05000000"
-         "3434313030",
-         {48000, 4, true, "44100"}},
-        {"80BB0000"
-         "04000000"
-         "07"
-         "00000000",
-         {48000, 4, true, ""}},
-        {"80BB0000"
-         "04000000"
-         "00"
-         "05000000"
-         "3434313030",
-         {48000, 4, false, "44100"}}, // kept while it is off
-        {"80BB0000"
-         "04000000"
-         "01"
-         "02000000"
-         "3434313030",
-         {48000, 4, true, "44"}}, // what follows does not count
-        {"00000000"
-         "FFFFFFFF"
-         "00"
-         "00000000",
-         {0, 0xFFFFFFFF, false, ""}}, // whole: taken as it is
-        {"E7030000"
-         "07000000"
-         "00"
-         "00000000",
-         {999, 7, false, ""}},
+        {"44AC0000 02000000 00 00000000", defaults},
+        {"80BB0000 04000000 01 05000000 3434313030", {48000, 4, true, "44100"}},
+        {"80BB0000 04000000 07 00000000", {48000, 4, true, ""}},
+        {"80BB0000 04000000 00 05000000 3434313030", {48000, 4, false, "44100"}}, // kept while it is off
+        {"80BB0000 04000000 01 02000000 3434313030", {48000, 4, true, "44"}},     // what follows does not count
+        {"00000000 FFFFFFFF 00 00000000", {0, 0xFFFFFFFF, false, ""}},            // whole: taken as it is
+        {"E7030000 07000000 00 00000000", {999, 7, false, ""}},
         // The older form: high quality or not, then the rate.
-        {"01000000"
-         "00770100",
-         {96000, 4, false, ""}},
-        {"00000000"
-         "00770100",
-         {96000, 2, false, ""}},
-        {"00000080"
-         "00000000",
-         {0, 4, false, ""}},
-        {"80BB0000"
-         "04000000",
-         {4, 4, false, ""}}, // whatever wrote it
+        {"01000000 00770100", {96000, 4, false, ""}},
+        {"00000000 00770100", {96000, 2, false, ""}},
+        {"00000080 00000000", {0, 4, false, ""}},
+        {"80BB0000 04000000", {4, 4, false, ""}}, // whatever wrote it
         // Cut short.
         {"", defaults},
         {"80BB00", defaults},
         {"80BB0000", {48000, 2, false, ""}},
-        {"80BB0000"
-         "010000",
-         {48000, 2, false, ""}},
-        {"80BB0000"
-         "01000000"
-         "01",
-         {48000, 1, false, ""}},
-        {"80BB0000"
-         "09000000"
-         "01"
-         "050000",
-         {48000, 9, false, ""}},
-        {"80BB0000"
-         "01000000"
-         "01"
-         "05000000"
-         "34343130",
-         {48000, 1, false, ""}},
-        {"80BB0000"
-         "01000000"
-         "01"
-         "FFFFFFFF"
-         "34343130",
-         {48000, 1, false, ""}},
-        {"80BB0000"
-         "FFFFFFFF"
-         "01",
-         {48000, 2, false, ""}},
-        {"E7030000"
-         "01000000"
-         "01",
-         {44100, 1, false, ""}}, // 999
-        {"E8030000"
-         "01000000"
-         "01",
-         {1000, 1, false, ""}},
-        {"002D3101"
-         "01000000"
-         "01",
-         {20000000, 1, false, ""}},
-        {"012D3101"
-         "01000000"
-         "01",
-         {44100, 1, false, ""}},
+        {"80BB0000 010000", {48000, 2, false, ""}},
+        {"80BB0000 01000000 01", {48000, 1, false, ""}},
+        {"80BB0000 09000000 01 050000", {48000, 9, false, ""}},
+        {"80BB0000 01000000 01 05000000 34343130", {48000, 1, false, ""}},
+        {"80BB0000 01000000 01 FFFFFFFF 34343130", {48000, 1, false, ""}},
+        {"80BB0000 FFFFFFFF 01", {48000, 2, false, ""}},
+        {"E7030000 01000000 01", {44100, 1, false, ""}}, // 999
+        {"E8030000 01000000 01", {1000, 1, false, ""}},
+        {"002D3101 01000000 01", {20000000, 1, false, ""}},
+        {"012D3101 01000000 01", {44100, 1, false, ""}},
     };
     for (const row& line : table) {
         EXPECT_EQ(sinc_settings::read(hex_bytes(line.payload)), line.expected) << line.payload;
@@ -136,15 +63,8 @@ TEST(SincSettings, ReadsBothFormsAndRepairsWhatIsCut) {
 }
 
 TEST(SincSettings, WritesTheWholeForm) {
-    EXPECT_EQ(sinc_settings{}.write(), hex_bytes("44AC0000"
-                                                 "02000000"
-                                                 "00"
-                                                 "00000000"));
-    EXPECT_EQ((sinc_settings{48000, 4, true, "44100"}.write()), hex_bytes("80BB0000"
-                                                                          "04000000"
-                                                                          "01"
-                                                                          "05000000"
-                                                                          "3434313030"));
+    EXPECT_EQ(sinc_settings{}.write(), hex_bytes("44AC0000 02000000 00 00000000"));
+    EXPECT_EQ((sinc_settings{48000, 4, true, "44100"}.write()), hex_bytes("80BB0000 04000000 01 05000000 3434313030"));
     const sinc_settings odd{1, 99, false, "d\xC3\xA9j\xC3\xA0 vu"};
     EXPECT_EQ(sinc_settings::read(odd.write()), odd);
 }

@@ -33,53 +33,14 @@ struct settings_row {
 
 TEST(SsrcSettings, ReadsWhatIsWhole) {
     const std::vector<settings_row> table{
-        {"44AC0000"
-         "00000000"
-         "00"
-         "00000000",
-         {44100, false, ""}},
-        {"80BB0000"
-         "00000000"
-         "01"
-         "05000000"
-         "3434313030",
-         {48000, true, "44100"}},
-        {"80BB0000"
-         "78563412" // a field of no meaning
-         "80"       // anything but 0
-         "05000000"
-         "3434313030",
-         {48000, true, "44100"}},
-        {"80BB0000"
-         "00000000"
-         "00"
-         "05000000"
-         "3434313030",
-         {48000, false, "44100"}}, // kept while it is off
-        {"80BB0000"
-         "00000000"
-         "01"
-         "02000000"
-         "3434313030",
-         {48000, true, "44"}}, // what follows does not count
-        {"80BB0000"
-         "00000000"
-         "01"
-         "05000000"
-         "3434003030",
-         {48000, true, "44"}}, // a zero byte ends the text
-        {"80BB0000"
-         "00000000"
-         "01"
-         "01000000"
-         "00",
-         {48000, true, ""}},
-        {"80BB0000"
-         "00000000"
-         "01"
-         "03000000"
-         "C3A920",
-         {48000, true, "\xC3\xA9 "}},
+        {"44AC0000 00000000 00 00000000", {44100, false, ""}},
+        {"80BB0000 00000000 01 05000000 3434313030", {48000, true, "44100"}},
+        {"80BB0000 78563412 80 05000000 3434313030", {48000, true, "44100"}},  // no meaning; any flag but 0
+        {"80BB0000 00000000 00 05000000 3434313030", {48000, false, "44100"}}, // kept while it is off
+        {"80BB0000 00000000 01 02000000 3434313030", {48000, true, "44"}},     // what follows does not count
+        {"80BB0000 00000000 01 05000000 3434003030", {48000, true, "44"}},     // a zero byte ends the text
+        {"80BB0000 00000000 01 01000000 00", {48000, true, ""}},
+        {"80BB0000 00000000 01 03000000 C3A920", {48000, true, "\xC3\xA9 "}},
         {"E8030000", {1000, false, ""}}, // the least rate, and the greatest
         {"002D3101", {20000000, false, ""}},
     };
@@ -89,29 +50,21 @@ TEST(SsrcSettings, ReadsWhatIsWhole) {
 }
 
 TEST(SsrcSettings, BehindTheRateAPayloadMayEndAnywhere) {
-    const std::string whole = "80BB0000"
-                              "00000000"
-                              "01"
-                              "05000000"
-                              "3434313030";
+    const auto whole = hex_bytes("80BB0000 00000000 01 05000000 3434313030");
     constexpr std::size_t rate_bytes = 4;
     constexpr std::size_t flag_end_bytes = 9;
-    for (std::size_t count = rate_bytes; count < whole.size() / 2; ++count) {
-        EXPECT_EQ(ssrc_settings::read(hex_bytes(whole.substr(0, 2 * count))),
-                  (ssrc_settings{48000, count >= flag_end_bytes, ""}))
-            << count << " bytes";
+    for (std::size_t count = rate_bytes; count < whole.size(); ++count) {
+        const std::vector<std::byte> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(count));
+        EXPECT_EQ(ssrc_settings::read(cut), (ssrc_settings{48000, count >= flag_end_bytes, ""})) << count << " bytes";
     }
-    const std::string huge_claim = "80BB0000"
-                                   "00000000"
-                                   "01"
-                                   "FFFFFFFF"
-                                   "34343130";
+    const std::string huge_claim = "80BB0000 00000000 01 FFFFFFFF 34343130";
     EXPECT_EQ(ssrc_settings::read(hex_bytes(huge_claim)), (ssrc_settings{48000, true, ""}));
 }
 
 TEST(SsrcSettings, WithoutARateInItsRangeTheyAreRefused) {
-    for (const std::string payload : {"", "44", "44AC", "44AC00", // cut
-                                      "00000000", "E7030000", "012D3101", "FFFFFFFF", "E7030000000000000000000000"}) {
+    for (const std::string payload :
+         {"", "44", "44AC", "44AC00", // cut
+          "00000000", "E7030000", "012D3101", "FFFFFFFF", "E7030000 00000000 00 00000000"}) {
         EXPECT_EQ(thrown_text<velmora_io::exception_io_data>([&] { ssrc_settings::read(hex_bytes(payload)); }),
                   "Unsupported format or corrupted file")
             << payload;
@@ -119,15 +72,8 @@ TEST(SsrcSettings, WithoutARateInItsRangeTheyAreRefused) {
 }
 
 TEST(SsrcSettings, AreWrittenInTheirOrder) {
-    EXPECT_EQ(ssrc_settings{}.write(), hex_bytes("44AC0000"
-                                                 "00000000"
-                                                 "00"
-                                                 "00000000"));
-    EXPECT_EQ((ssrc_settings{48000, true, "44100"}.write()), hex_bytes("80BB0000"
-                                                                       "00000000"
-                                                                       "01"
-                                                                       "05000000"
-                                                                       "3434313030"));
+    EXPECT_EQ(ssrc_settings{}.write(), hex_bytes("44AC0000 00000000 00 00000000"));
+    EXPECT_EQ((ssrc_settings{48000, true, "44100"}.write()), hex_bytes("80BB0000 00000000 01 05000000 3434313030"));
 }
 
 TEST(SsrcSettings, ComeBackAsTheyWere) {

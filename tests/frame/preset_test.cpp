@@ -50,6 +50,24 @@ TEST(Preset, ACopyIsItsOwn) {
     EXPECT_TRUE(are_equal(copy, make(first_owner, "abc")));
 }
 
+/// A preset of the host that claims bytes and has none.
+class hollow_preset final : public velmora::effect_preset {
+public:
+    velmora::guid* get_owner(velmora::guid* out) const override { return &(*out = first_owner); }
+    void set_owner(const velmora::guid*) override {}
+    const void* get_data() const override { return nullptr; }
+    std::size_t get_data_size() const override { return 4; }
+    void set_data(const void*, std::size_t) override {}
+};
+
+TEST(Preset, WithoutItsBytesIsEmpty) {
+    const hollow_preset hollow;
+    EXPECT_TRUE(payload_of(hollow).empty());
+    EXPECT_TRUE(are_equal(hollow, make(first_owner, "")));
+    EXPECT_FALSE(are_equal(hollow, make(first_owner, "abcd")));
+    EXPECT_TRUE(are_equal(preset(hollow), make(first_owner, "")));
+}
+
 TEST(Preset, AnImpossibleSizeIsSaidAndChangesNothing) {
     preset edited = make(first_owner, "abc");
     const std::size_t impossible = std::numeric_limits<std::size_t>::max() / 2 + 1;

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 namespace kelvane {
 namespace {
 
@@ -18,6 +20,31 @@ public:
     void get_version(velmora::string_receiver*) override {}
     void get_about(velmora::string_receiver*) override {}
 };
+
+/// A counted service that outlives its last reference, to tell that it was the last.
+class counted_service final : public velmora::service {
+public:
+    std::uint32_t release() override {
+        has_ended = has_ended || references == 1;
+        return --references;
+    }
+    std::uint32_t add_ref() override { return ++references; }
+    bool query(velmora::service** out, const velmora::guid* asked_class) override {
+        return answer_query(*this, {velmora::effect_factory::class_id}, *asked_class, out);
+    }
+
+    std::uint32_t references = 1;
+    bool has_ended = false;
+};
+
+TEST(CountedService, AskedForAgainThroughItsOnlyReferenceItLivesOn) {
+    counted_service service;
+    velmora::service* out = &service;
+    EXPECT_TRUE(service.query(&out, &velmora::effect_factory::class_id));
+    EXPECT_EQ(out, &service);
+    EXPECT_EQ(service.references, 1U); // the one that it held went, the new one came
+    EXPECT_FALSE(service.has_ended);
+}
 
 TEST(ServiceRecordDeathTest, AServiceWithoutItsInterfaceStopsTheProcess) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
@@ -46,6 +73,22 @@ TEST(StaticService, AnswersToItsIdentityAndIsNeverCounted) {
     EXPECT_EQ(out, &service);
     EXPECT_FALSE(service.query(&out, &velmora::effect_factory::class_id));
     EXPECT_EQ(out, &service);
+}
+
+/// A held service that cannot be given back.
+class unreleasable final : public velmora::service {
+public:
+    std::uint32_t release() override { throw std::runtime_error("not released"); }
+    std::uint32_t add_ref() override { return 2; }
+    bool query(velmora::service**, const velmora::guid*) override { return false; }
+};
+
+TEST(StoreReference, WhatCannotBeGivenBackStays) {
+    unreleasable held;
+    version_only given;
+    velmora::service* out = &held;
+    EXPECT_THROW(store_reference(&out, service_ptr<velmora::service>(&given)), std::runtime_error);
+    EXPECT_EQ(out, &held);
 }
 
 } // namespace

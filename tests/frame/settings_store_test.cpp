@@ -3,6 +3,7 @@
 #include "frame/exceptions.h"
 #include "frame/limited_reader.h"
 #include "frame/never_abort.h"
+#include "tests/resampler_ssrc/allocations.h"
 #include "tests/support/memory_stream.h"
 #include "tests/support/thrown_text.h"
 
@@ -120,7 +121,9 @@ TEST(SettingsStore, ASizeFarPastTheEndIsTruncatedAndNeverAllocated) {
     std::string claims_4_gib = record(9, "abc");
     claims_4_gib.replace(16, 4, 4, '\xFF');
     memory_reader stream(claims_4_gib);
+    testing_support::forget_largest_request();
     EXPECT_EQ(thrown_text<std::exception>([&] { settings_store().load(stream, &never_abort_signal()); }), truncated);
+    EXPECT_LT(testing_support::largest_request_bytes(), 1000U);
 }
 
 TEST(SettingsStore, ARecordHoldsAtMost32BitsOfBytes) {

@@ -71,7 +71,7 @@ std::string strength_after(const std::string& words) {
 }
 
 std::string refusal_of(const std::string& words) {
-    return thrown_text<settings_error>([&] { strength_after(words); });
+    return thrown_text<settings_text_error>([&] { strength_after(words); });
 }
 
 TEST(StepText, IsCutAtTheFirstColon) {
@@ -94,7 +94,8 @@ TEST(WordedSettings, TellNameUnitRangeDefaultAndValue) {
     ASSERT_EQ(fields.size(), 1U);
     EXPECT_EQ(fields[0].name, "strength");
     EXPECT_EQ(fields[0].unit, "");
-    EXPECT_THAT(fields[0].range, testing::HasSubstr("100 to 10000"));
+    EXPECT_THAT(fields[0].range,
+                testing::HasSubstr("100 to 10000 in steps of 100 in the dialog, shown there divided by 100"));
     EXPECT_EQ(fields[0].default_value, "1000");
     EXPECT_EQ(fields[0].value, "1500");
 }
@@ -120,14 +121,15 @@ TEST(WordedSettings, SayWhatTheyDoNotTake) {
 
 TEST(WordedSettings, ARefusalChangesNothing) {
     preset settings = built_effects().find("Meier Crossfeed").default_preset;
-    EXPECT_THROW(change_settings(settings, "strength=1,strength=x"), settings_error);
+    EXPECT_THROW(change_settings(settings, "strength=1,strength=x"), settings_text_error);
     EXPECT_EQ(describe_settings(settings).at(0).value, "1000");
 }
 
 TEST(WordedSettings, AnEffectWithoutSettingsHasNone) {
     preset settings = built_effects().find("hard").default_preset;
     EXPECT_TRUE(describe_settings(settings).empty());
-    EXPECT_EQ(thrown_text<settings_error>([&] { change_settings(settings, "a=b"); }), "the effect has no settings");
+    EXPECT_EQ(thrown_text<settings_text_error>([&] { change_settings(settings, "a=b"); }),
+              "the effect has no settings");
 }
 
 std::string mask_after(const std::string& words) {
@@ -174,7 +176,7 @@ TEST(WordedSettings, ALayoutHasNamesAndAMask) {
 
 TEST(WordedSettings, WhatIsNoLayoutIsRefused) {
     for (const auto* const typed : {"", "9.9", "3", "0x", "x3", "0x100000000", "0x3 ", "0xg", "-0x3", "0x-3", "5.1s"}) {
-        EXPECT_THAT(thrown_text<settings_error>([&] { mask_after(std::string("mask=") + typed); }),
+        EXPECT_THAT(thrown_text<settings_text_error>([&] { mask_after(std::string("mask=") + typed); }),
                     testing::AllOf(testing::StartsWith("mask takes mono, stereo, "), testing::HasSubstr("0x60F")))
             << typed;
     }

@@ -1,6 +1,7 @@
 #include "tests/support/built_module.h"
 #include "tests/support/signals.h"
 #include "tests/support/strict_block.h"
+#include "tests/support/thrown_text.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,7 @@ using testing_support::bits_of;
 using testing_support::block_format;
 using testing_support::make_effect;
 using testing_support::strict_list;
+using testing_support::thrown_text;
 
 constexpr auto mono_to_stereo = "Convert mono to stereo";
 constexpr auto stereo_to_quad = "Convert stereo to 4 channels";
@@ -101,32 +103,44 @@ TEST(StereoEffects, MovedToTheRearTheyStayTwoChannels) {
     expect_block(std::move(list), {1.0, 2.0}, {44100, 2, 0x30});
 }
 
-TEST(ChannelEffects, AnImpossiblyLongBlockIsABadAllocation) {
-    // A host that claims room for so many samples that the widened block cannot be counted.
-    class endless_block final : public velmora::sample_block {
-    public:
-        const double* get_data_ro() override { return &sample_; }
-        double* get_data() override { return &sample_; }
-        std::size_t get_data_size() override { return ~std::size_t{0}; }
-        void set_data_size(std::size_t) override { FAIL() << "the block must not be touched"; }
-        std::uint32_t get_sample_rate() override { return 44100; }
-        void set_sample_rate(std::uint32_t) override {}
-        std::uint32_t get_channels() override { return 1; }
-        std::uint32_t get_channel_mask() override { return 4; }
-        void set_channels(std::uint32_t, std::uint32_t) override {}
-        std::size_t get_sample_count() override { return ~std::size_t{0} / 2 + 1; }
-        void set_sample_count(std::size_t) override {}
+/// Claims room for so many samples that the widened block cannot be counted: the product wraps to next to nothing.
+class endless_block final : public velmora::sample_block {
+public:
+    endless_block(std::uint32_t channels, std::uint32_t mask, std::size_t frames)
+        : channels_(channels), mask_(mask), frames_(frames) {}
 
-    private:
-        double sample_ = 0.0;
+    const double* get_data_ro() override { return &sample_; }
+    double* get_data() override { return &sample_; }
+    std::size_t get_data_size() override { return ~std::size_t{0}; }
+    void set_data_size(std::size_t) override { FAIL() << "the block must not be touched"; }
+    std::uint32_t get_sample_rate() override { return 44100; }
+    void set_sample_rate(std::uint32_t) override {}
+    std::uint32_t get_channels() override { return channels_; }
+    std::uint32_t get_channel_mask() override { return mask_; }
+    void set_channels(std::uint32_t, std::uint32_t) override {}
+    std::size_t get_sample_count() override { return frames_; }
+    void set_sample_count(std::size_t) override {}
+
+private:
+    double sample_ = 0.0;
+    std::uint32_t channels_;
+    std::uint32_t mask_;
+    std::size_t frames_;
+};
+
+TEST(ChannelEffects, AnImpossiblyLongBlockIsABadAllocation) {
+    struct row {
+        const char* effect;
+        endless_block block;
     };
-    endless_block block;
-    const auto effect = make_effect(mono_to_stereo);
-    try {
-        effect->on_block(&block, nullptr);
-        FAIL() << "nothing thrown";
-    } catch (const std::exception& caught) {
-        EXPECT_STREQ(caught.what(), "bad allocation");
+    constexpr std::size_t half = ~std::size_t{0} / 2 + 1;
+    for (const row& line :
+         {row{mono_to_stereo, {1, 0x4, half}}, row{stereo_to_quad, {2, 0x3, half / 2}},
+          row{"Downmix channels to stereo", {1, 0x1, half}}, row{"Upmix to 5.1", {2, 0x3, half / 2}}}) {
+        const auto effect = make_effect(line.effect);
+        endless_block block = line.block;
+        EXPECT_EQ(thrown_text<std::exception>([&] { effect->on_block(&block, nullptr); }), "bad allocation")
+            << line.effect;
     }
 }
 

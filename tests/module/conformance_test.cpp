@@ -2,6 +2,7 @@
 #include "host/module/guid_text.h"
 #include "tests/module/run_effect.h"
 #include "tests/support/built_module.h"
+#include "tests/support/observed_list.h"
 #include "tests/support/recording_preset.h"
 #include "tests/support/thrown_text.h"
 
@@ -12,7 +13,9 @@
 #include <cmath>
 #include <limits>
 #include <map>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -132,9 +135,7 @@ protected:
     /// One call. What leaves it is looked at, and nothing but a lack of memory for an output rate is an excuse.
     void expect_valid_blocks(velmora::effect_instance& instance, const programme& blocks, std::uint32_t flags) {
         strict_list list;
-        for (const stretch& block : blocks) {
-            list.append(block.samples, block.format);
-        }
+        append(list, blocks);
         const std::string said = thrown_text<std::bad_alloc>([&] { instance.run(&list, nullptr, flags); });
         if (design().sets_rates && said == "bad allocation") {
             return; // the block that could not be converted stays where it was
@@ -334,6 +335,29 @@ TEST_P(Conformance, BlocksWithoutTheirSamplesPassUnread) {
     EXPECT_TRUE(are_equal(play(*instance, clean, {500, 1}, end_of_playback, random), play_anew(clean, {500, 1})));
 }
 
+TEST_P(Conformance, BlocksWithoutTheirSamplesLeaveNoTraceInAStream) {
+    const auto instance = make();
+    const auto undisturbed = make();
+    struct row {
+        std::size_t frames;
+        std::uint32_t flags;
+    };
+    // Where tracks are faded into one another, the second stretch ends within the fade.
+    for (const row& line : {row{500, velmora::run_flag::end_of_track}, row{200, 0}, row{500, end_of_playback}}) {
+        const programme played = noise_in({converted_format}, line.frames, 0.4, random);
+        EXPECT_TRUE(are_equal(play_whole(*instance, played, line.flags), play_whole(*undisturbed, played, line.flags)))
+            << "flags " << line.flags;
+        for (const block_format& format : common_formats) {
+            strict_list impossible;
+            append(impossible, noise_in({format, format}, 30, 0.4, random));
+            impossible.at(0).claim_frames(1000);
+            impossible.at(1).drop_buffer();
+            instance->run(&impossible, nullptr, 0);
+        }
+        EXPECT_EQ(instance->get_latency(), undisturbed->get_latency());
+    }
+}
+
 TEST_P(Conformance, AnyCuttingIntoBlocksGivesTheSameSamples) {
     if (design().depends_on_blocks) {
         return;
@@ -492,6 +516,79 @@ TEST_P(Conformance, TheEndOfATrackIsAskedForOrLeavesNoTrace) {
         unmarked.push_back(rest);
     }
     EXPECT_TRUE(are_equal(marked, unmarked));
+}
+
+TEST_P(Conformance, TheEndOfTrackAndPlaybackIsTheEndOfPlayback) {
+    const programme first = noise_in({converted_format}, 500, 0.4, random);
+    const programme second = noise_in({converted_format}, 500, 0.4, random);
+    const auto with_both = make();
+    const auto with_one = make();
+    constexpr auto both = end_of_playback | velmora::run_flag::end_of_track;
+    EXPECT_TRUE(are_equal(play_whole(*with_both, first, both), play_whole(*with_one, first, end_of_playback)));
+    EXPECT_EQ(with_both->get_latency(), 0.0);
+    EXPECT_TRUE(are_equal(play_whole(*with_both, second, both), play_whole(*with_one, second, end_of_playback)));
+}
+
+TEST_P(Conformance, AListThatFailsAtAnyCallLeavesAUsableInstance) {
+    const programme played = noise_in({converted_format, {44100, 2, 0x3}}, 8000, 0.4, random);
+    const programme clean = noise_in({converted_format}, 500, 0.4, random);
+    const programme fresh = play_whole(*make(), clean);
+    const auto instance = make();
+    std::string said;
+    for (int calls = 0; said != "nothing thrown"; ++calls) {
+        observed_list list;
+        append(list.blocks, played);
+        list.before_call = [left = calls](std::string_view) mutable {
+            if (left-- == 0) {
+                throw std::runtime_error("the list fails");
+            }
+        };
+        said = thrown_text<std::runtime_error>([&] { instance->run(&list, nullptr, end_of_playback); });
+        make_as_new(*instance);
+        ASSERT_TRUE(are_equal(play_whole(*instance, clean), fresh)) << said << " behind " << calls << " calls";
+    }
+}
+
+/// One call, each stretch a block; if it is to fail, the list does so when it is asked for the last of them.
+programme run_blocks(velmora::effect_instance& effect, const programme& blocks, std::uint32_t flags, bool fails) {
+    observed_list list;
+    append(list.blocks, blocks);
+    list.before_call = [fails, left = blocks.size()](std::string_view call) mutable {
+        if (call == "get_item" && --left == 0 && fails) {
+            throw std::runtime_error("the list fails");
+        }
+    };
+    EXPECT_EQ(thrown_text<std::runtime_error>([&] { effect.run(&list, nullptr, flags); }),
+              fails ? "the list fails" : "nothing thrown");
+    return content_of(list.blocks);
+}
+
+TEST_P(Conformance, ACallFromWithinAListLeavesTheCallAroundItWhereItWas) {
+    const programme before = noise_in({converted_format}, 8000, 0.4, random);
+    const programme within = noise_in({converted_format, converted_format, converted_format}, 500, 0.4, random);
+    const programme behind = noise_in({{44100, 2, 0x3}}, 500, 0.4, random);
+    for (const bool fails : {false, true}) {
+        const auto in_turn = make();
+        programme expected = run_blocks(*in_turn, before, 0, false);
+        const programme expected_within = run_blocks(*in_turn, within, 0, fails);
+        join(expected, run_blocks(*in_turn, behind, end_of_playback, false));
+        for (const std::string_view caller : {"get_item", "remove_item"}) {
+            const auto nested = make();
+            observed_list list;
+            append(list.blocks, before);
+            list.blocks.append(before[0].samples, converted_format).claim_frames(0); // is removed, whatever the effect
+            append(list.blocks, behind);
+            programme found_within;
+            list.before_call = [&, left = caller == "get_item" ? 2 : 1](std::string_view call) mutable {
+                if (call == caller && --left == 0) {
+                    found_within = run_blocks(*nested, within, 0, fails);
+                }
+            };
+            nested->run(&list, nullptr, end_of_playback);
+            EXPECT_TRUE(are_equal(found_within, expected_within)) << caller << ", " << fails;
+            EXPECT_TRUE(are_equal(content_of(list.blocks), expected)) << caller << ", " << fails;
+        }
+    }
 }
 
 std::vector<std::string> effect_names() {

@@ -2,6 +2,7 @@
 #include "tests/module/slow_crossfader.h"
 #include "tests/support/built_module.h"
 #include "tests/support/thrown_text.h"
+#include "tests/support/u32_bytes.h"
 
 #include <gtest/gtest.h>
 
@@ -23,20 +24,8 @@ constexpr auto end_of_playback = velmora::run_flag::end_of_playback;
 constexpr block_format stereo_44100{44100, 2, 0x3};
 constexpr block_format mono_1000{1000, 1, 0x4};
 
-/// An instance from the payload of these bytes.
-host::service_ptr<velmora::effect_instance> make_with(const std::vector<std::uint8_t>& payload) {
-    const host::effect_entry& effect = built_effects().find("Crossfader");
-    host::preset settings = effect.default_preset;
-    settings.set_data(payload.data(), payload.size());
-    return host::instantiate(effect, settings);
-}
-
 host::service_ptr<velmora::effect_instance> make_with_fade(std::uint32_t fade_ms) {
-    std::vector<std::uint8_t> payload;
-    for (unsigned shift = 0; shift < 32; shift += 8) {
-        payload.push_back(static_cast<std::uint8_t>(fade_ms >> shift));
-    }
-    return make_with(payload);
+    return make_effect("Crossfader", u32_bytes({fade_ms}));
 }
 
 /// All samples of a frame are the same: `first`, and from frame to frame `step` more.
@@ -119,7 +108,7 @@ TEST(Crossfader, ThePayloadIsTheFadeInMillisecondsWithinTenAndAMinute) {
         {{0xFF, 0xFF, 0xFF, 0xFF}, 60.0},
     };
     for (const row& line : table) {
-        const auto effect = make_with(line.payload);
+        const auto effect = make_effect("Crossfader", line.payload);
         call(*effect, {constant(mono_1000, 70'000, 0.5)});
         EXPECT_EQ(effect->get_latency(), line.held_s) << testing::PrintToString(line.payload);
     }

@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <complex>
 #include <cstdint>
+#include <numbers>
 #include <vector>
 
 namespace {
@@ -19,6 +21,24 @@ constexpr auto end_of_playback = velmora::run_flag::end_of_playback;
 /// An instance from the payload of these bytes.
 host::service_ptr<velmora::effect_instance> make_with(const std::vector<std::uint8_t>& payload) {
     return make_effect(crossfeed, payload);
+}
+
+/// How much louder a slow sine in opposite phase on both sides goes in than it comes out, in dB, cut into blocks of any
+/// lengths. The first of its two periods leaves the filter settled; over the second it is correlated.
+double separation_loss_db(velmora::effect_instance& effect, random_source& random) {
+    constexpr std::size_t period_frames = 44100 / 5;
+    programme sine{{{44100, 2, 0x3}, {}}};
+    for (std::size_t i = 0; i < 2 * period_frames; ++i) {
+        const double left = 0.5 * std::sin(2.0 * std::numbers::pi * static_cast<double>(i) / period_frames);
+        sine[0].samples.insert(sine[0].samples.end(), {left, -left});
+    }
+    const std::vector<double> out = play(effect, sine, {1000, 4}, end_of_playback, random).at(0).samples;
+    std::complex<double> sum;
+    for (std::size_t i = period_frames; i < 2 * period_frames; ++i) {
+        const double angle = 2.0 * std::numbers::pi * static_cast<double>(i) / period_frames;
+        sum += std::polar((out.at(2 * i) - out.at(2 * i + 1)) / 2.0, -angle);
+    }
+    return 20.0 * std::log10(0.5 / (2.0 * std::abs(sum) / period_frames));
 }
 
 /// What one side's impulse gives two frames later: the strength over the rate, taken from the side.
@@ -53,6 +73,17 @@ TEST(Crossfeed, AShortPayloadGivesTheDefaultAndALongOneItsFirstFourBytes) {
     };
     for (const row& line : table) {
         EXPECT_NEAR(impulse_answer(*make_with(line.payload), 44100), line.strength / 44100.0, 1e-15) << line.strength;
+    }
+}
+
+TEST(Crossfeed, SeparationIsLostAtLowFrequencies) {
+    struct row {
+        std::vector<std::uint8_t> strength;
+        double loss_db; // 20 log10(1 + 2 x strength / 2128)
+    };
+    random_source random(1);
+    for (const row& line : {row{{0x64, 0, 0, 0}, 0.78}, row{{0xE8, 3, 0, 0}, 5.76}, row{{0x10, 0x27, 0, 0}, 20.34}}) {
+        EXPECT_NEAR(separation_loss_db(*make_with(line.strength), random), line.loss_db, 0.02);
     }
 }
 
@@ -97,25 +128,35 @@ TEST(Crossfeed, ANewRateStartsTheFilterAnew) {
     EXPECT_TRUE(are_equal(play_whole(*effect, both), apart));
 }
 
-TEST(Crossfeed, TheFilterRunsAcrossBlocksAndTracks) {
+TEST(Crossfeed, TheFilterRunsAcrossBlocksTracksAndPlaybacks) {
     random_source random(1);
-    const programme whole = noise_in({{44100, 2, 0x3}}, 2000, 0.9, random);
-    const auto effect = make_effect(crossfeed);
-    programme first = whole;
-    first[0].samples.resize(1000);
-    programme second = whole;
-    second[0].samples.erase(second[0].samples.begin(), second[0].samples.begin() + 1000);
-    programme out = play(*effect, first, {100, 1}, velmora::run_flag::end_of_track, random);
-    const programme rest = play(*effect, second, {100, 1}, end_of_playback, random);
-    out[0].samples.insert(out[0].samples.end(), rest[0].samples.begin(), rest[0].samples.end());
-    EXPECT_TRUE(are_equal(out, play_whole(*make_effect(crossfeed), whole)));
+    const programme first = noise_in({{44100, 2, 0x3}}, 500, 0.9, random);
+    const programme second = noise_in({{44100, 2, 0x3}}, 500, 0.9, random);
+    programme both = first;
+    join(both, second);
+    const programme whole = play_whole(*make_effect(crossfeed), both);
+    for (const std::uint32_t flags : {0U, 1U, 2U, 3U}) {
+        const auto effect = make_effect(crossfeed);
+        programme out = play(*effect, first, {100, 1}, flags, random);
+        join(out, play(*effect, second, {100, 1}, flags, random));
+        EXPECT_TRUE(are_equal(out, whole)) << flags;
+    }
 }
 
 TEST(Crossfeed, ABlockWithoutARatePassesUnchangedWhereNothingTakesItOut) {
+    random_source random(1);
+    const programme first = noise_in({{44100, 2, 0x3}}, 100, 0.9, random);
+    const programme second = noise_in({{44100, 2, 0x3}}, 100, 0.9, random);
+    const auto effect = make_effect(crossfeed);
+    const auto undisturbed = make_effect(crossfeed);
     const std::vector<double> samples{0.5, -0.5, 0.25, 0.75};
-    strict_block block(samples, {0, 2, 0x3});
-    EXPECT_TRUE(make_effect(crossfeed)->on_block(&block, nullptr));
-    EXPECT_EQ(block.samples(), samples);
+    for (const programme& played : {programme{}, first, second}) { // as the first block, and within a stream
+        EXPECT_TRUE(are_equal(play_whole(*effect, played), play_whole(*undisturbed, played)));
+        strict_block block(samples, {0, 2, 0x3});
+        EXPECT_TRUE(effect->on_block(&block, nullptr));
+        EXPECT_EQ(block.changes(), 0);
+        EXPECT_EQ(block.samples(), samples);
+    }
 }
 
 TEST(Crossfeed, ASampleThatIsNotANumberSticksUntilAFlush) {

@@ -71,6 +71,12 @@ TEST(DownmixToMono, FoldsSurround) {
                  {0.5 + 1.0 + 4.0 * w + 8.0 + 16.0 * h + 32.0 * h});
 }
 
+TEST(DownmixToMono, OneSpeakerElsewhereIsWeightedToo) {
+    expect_mixed(to_mono, {1.0, -0.5}, {44100, 1, 0x1}, {0.5, -0.25});
+    expect_mixed(to_mono, {1.0, -0.5}, {44100, 1, 0x8}, {1.0, -0.5});
+    expect_mixed(to_mono, {1.0, -0.5}, {44100, 1, 0x100}, {w, -0.5 * w});
+}
+
 TEST(DownmixToMono, MonoPasses) {
     expect_untouched(to_mono, {44100, 1, 0x4});
     expect_untouched(to_mono, {44100, 3, 0x4});

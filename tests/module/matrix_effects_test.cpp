@@ -3,6 +3,7 @@
 #include "tests/support/built_module.h"
 #include "tests/support/literal_layout.h"
 #include "tests/support/thrown_text.h"
+#include "tests/support/u32_bytes.h"
 
 #include <gtest/gtest.h>
 
@@ -26,18 +27,8 @@ std::uint32_t count_of(std::uint32_t channel_mask) {
     return static_cast<std::uint32_t>(std::popcount(channel_mask));
 }
 
-host::service_ptr<velmora::effect_instance> make_with(const char* effect, const std::vector<std::uint8_t>& payload) {
-    host::preset settings = built_effects().find(effect).default_preset;
-    settings.set_data(payload.data(), payload.size());
-    return host::instantiate(built_effects().find(effect), settings);
-}
-
 host::service_ptr<velmora::effect_instance> make_for(const char* effect, std::uint32_t target_mask) {
-    std::vector<std::uint8_t> payload;
-    for (int byte = 0; byte < 4; ++byte) {
-        payload.push_back(static_cast<std::uint8_t>(target_mask >> (8 * byte)));
-    }
-    return make_with(effect, payload);
+    return make_effect(effect, u32_bytes({target_mask}));
 }
 
 /// What one block becomes.
@@ -226,7 +217,7 @@ TEST(LayoutConverter, SevenToFiveByHand) {
 TEST(LayoutEffects, AWrongPayloadSizeGivesBlocksWithoutChannels) {
     for (const std::size_t bytes : {std::size_t{0}, std::size_t{3}, std::size_t{5}}) {
         for (const char* const name : {converter, limiter}) {
-            const auto effect = make_with(name, std::vector<std::uint8_t>(bytes, 0xFF));
+            const auto effect = make_effect(name, std::vector<std::uint8_t>(bytes, 0xFF));
             strict_list list;
             list.append(std::vector<double>(8, 0.5), {44100, 2, 0x3});
             effect->run(&list, nullptr, 0);

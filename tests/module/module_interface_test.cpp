@@ -1,6 +1,8 @@
+#include "host/objects/text.h"
 #include "tests/support/built_module.h"
 #include "tests/support/memory_stream.h"
 #include "tests/support/thrown_text.h"
+#include "velmora/component_version.h"
 #include "velmora/file_name_check.h"
 
 #include <gtest/gtest.h>
@@ -78,6 +80,16 @@ TEST(ModuleNames, TheFileNameIsComparedByteForByteBehindTheLastSeparator) {
         EXPECT_EQ(testing_support::find_service<velmora::file_name_check>()->is_file_name_expected(), line.expected)
             << line.path;
     }
+}
+
+TEST(ModuleNames, NoTextIsAnEmptyOne) {
+    built_module().entry().set_module_names("kelvane.dll", "kelvane.dll");
+    built_module().entry().set_module_names(nullptr, nullptr);
+    EXPECT_FALSE(testing_support::find_service<velmora::file_name_check>()->is_file_name_expected());
+    host::text name;
+    name.set_text("before", 6);
+    testing_support::find_service<velmora::component_version>()->get_file_name(&name);
+    EXPECT_EQ(name.str(), "");
 }
 
 } // namespace

@@ -12,10 +12,7 @@ namespace {
 
 void run_and_join(const list_run& run, strict_list& list, std::uint32_t flags, programme& joined) {
     run(list, flags);
-    for (std::size_t i = 0; i < list.get_count(); ++i) {
-        EXPECT_NE(list.at(i).get_sample_count(), 0U) << "a block without frames came out";
-        join(joined, {{list.at(i).format(), list.at(i).samples()}});
-    }
+    join(joined, content_of(list));
     list = strict_list();
 }
 
@@ -50,6 +47,21 @@ void join(programme& all, const programme& more) {
         }
         all.back().samples.insert(all.back().samples.end(), one.samples.begin(), one.samples.end());
     }
+}
+
+void append(strict_list& list, const programme& blocks) {
+    for (const stretch& block : blocks) {
+        list.append(block.samples, block.format);
+    }
+}
+
+programme content_of(strict_list& list) {
+    programme content;
+    for (std::size_t i = 0; i < list.get_count(); ++i) {
+        EXPECT_NE(list.at(i).get_sample_count(), 0U) << "a block without frames came out";
+        join(content, {{list.at(i).format(), list.at(i).samples()}});
+    }
+    return content;
 }
 
 programme noise_in(const std::vector<block_format>& formats, std::size_t frames, double amplitude,

@@ -27,6 +27,12 @@ std::size_t frames_of(const programme& played);
 /// Puts `more` behind `all`; stretches of one format become one.
 void join(programme& all, const programme& more);
 
+/// Puts each stretch into the list as one block.
+void append(strict_list& list, const programme& blocks);
+
+/// What the list's blocks hold, as stretches of one format each.
+programme content_of(strict_list& list);
+
 /// One stretch of noise in each format.
 programme noise_in(const std::vector<block_format>& formats, std::size_t frames, double amplitude,
                    random_source& random);

@@ -2,6 +2,7 @@
 #include "tests/module/slow_skipper.h"
 #include "tests/support/built_module.h"
 #include "tests/support/thrown_text.h"
+#include "tests/support/u32_bytes.h"
 
 #include <gtest/gtest.h>
 
@@ -30,26 +31,9 @@ constexpr std::size_t segment_frames = 800; ///< of that format
 constexpr double loud = 0.5;
 constexpr double quiet = 1e-4; // -80 dB
 
-/// Appends a number of 32 bits, little-endian.
-void put(std::vector<std::uint8_t>& payload, std::uint32_t value) {
-    for (int shift = 0; shift < 32; shift += 8) {
-        payload.push_back(static_cast<std::uint8_t>(value >> shift));
-    }
-}
-
-host::service_ptr<velmora::effect_instance> make_from(const std::vector<std::uint8_t>& payload) {
-    const host::effect_entry& effect = built_effects().find(skip_silence);
-    host::preset settings = effect.default_preset;
-    settings.set_data(payload.data(), payload.size());
-    return host::instantiate(effect, settings);
-}
-
 host::service_ptr<velmora::effect_instance> make_with(const skipper_settings& chosen) {
-    std::vector<std::uint8_t> payload;
-    put(payload, chosen.minimum_ms);
-    put(payload, static_cast<std::uint32_t>(chosen.threshold_db));
-    put(payload, chosen.keeps_initial ? 1 : 0);
-    return make_from(payload);
+    const auto threshold_db = static_cast<std::uint32_t>(chosen.threshold_db);
+    return make_effect(skip_silence, u32_bytes({chosen.minimum_ms, threshold_db, chosen.keeps_initial ? 1U : 0U}));
 }
 
 /// What a list holds, block by block.
@@ -276,7 +260,7 @@ TEST_F(SkipSilence, PayloadsAreRepaired) {
     };
     const auto whole = joined({segments_of(3, loud), segments_of(200, quiet), segments_of(3, loud)});
     for (const row& line : table) {
-        EXPECT_EQ(play_back(*make_from(line.payload), whole).size(), (6 + line.left) * segment_frames)
+        EXPECT_EQ(play_back(*make_effect(skip_silence, line.payload), whole).size(), (6 + line.left) * segment_frames)
             << line.payload.size();
     }
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/support/built_module.h"
+#include "tests/support/u32_bytes.h"
 
 #include <cstdint>
 #include <string>
@@ -14,16 +15,10 @@ inline constexpr auto sinc_name = "Resampler (RetroArch)";
 /// Target rate, quality, 1 byte whether the exclusions count, and their text behind its length; little-endian.
 inline std::vector<std::uint8_t> sinc_payload(std::uint32_t target_hz, std::uint32_t quality, bool excludes = false,
                                               const std::string& exclusions = "") {
-    std::vector<std::uint8_t> bytes;
-    const auto put = [&](std::uint32_t number) {
-        for (unsigned shift = 0; shift < 32; shift += 8) {
-            bytes.push_back(static_cast<std::uint8_t>(number >> shift));
-        }
-    };
-    put(target_hz);
-    put(quality);
+    const auto length = u32_bytes({static_cast<std::uint32_t>(exclusions.size())});
+    auto bytes = u32_bytes({target_hz, quality});
     bytes.push_back(excludes ? 1 : 0);
-    put(static_cast<std::uint32_t>(exclusions.size()));
+    bytes.insert(bytes.end(), length.begin(), length.end());
     bytes.insert(bytes.end(), exclusions.begin(), exclusions.end());
     return bytes;
 }

@@ -44,7 +44,7 @@ def test_tracks_of_several_rates_become_one_album(host):
 
 def test_settings_are_told_and_kept(host):
     told = host.output_of("settings", "Resampler (RetroArch)")
-    for line in ("rate    = 44100 Hz\n", "quality = Normal\n", "exclude = \n"):
+    for line in ("rate    = 44100 Hz\n", "quality = Normal\n", "exclude = \n", "; default nothing\n"):
         assert line in told
     host.output_of("preset", "make", "file.json", "resampler retro", STEP.split(":")[1])
     told = host.output_of("preset", "show", "file.json")
@@ -91,7 +91,7 @@ def test_the_other_resampler_leaves_excluded_rates_alone_and_says_nothing(host, 
 
 def test_the_other_resamplers_settings_are_told_and_kept(host):
     told = host.output_of("settings", "Resampler (dBpoweramp/SSRC)")
-    for line in ("rate    = 44100 Hz\n", "exclude = \n"):
+    for line in ("rate    = 44100 Hz\n", "exclude = \n", "; default nothing\n"):
         assert line in told
     host.output_of("preset", "make", "file.json", "ssrc", FFT_STEP.split(":")[1])
     told = host.output_of("preset", "show", "file.json")

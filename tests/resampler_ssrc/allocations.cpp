@@ -15,6 +15,12 @@ constexpr std::int64_t no_limit = std::numeric_limits<std::int64_t>::max();
 std::atomic<std::uint64_t> handed_out = 0;
 std::atomic<std::int64_t> in_use = 0;
 std::atomic<std::int64_t> left = no_limit;
+std::atomic<std::size_t> largest_bytes = 0;
+
+void note_request(std::size_t bytes) noexcept {
+    for (std::size_t seen = largest_bytes; bytes > seen && !largest_bytes.compare_exchange_weak(seen, bytes);) {
+    }
+}
 
 void* counted(void* memory) noexcept {
     if (memory != nullptr) {
@@ -31,8 +37,14 @@ void give_back(void* memory) noexcept {
     }
 }
 
+void* plain(std::size_t bytes) noexcept {
+    note_request(bytes);
+    return counted(std::malloc(bytes == 0 ? 1 : bytes));
+}
+
 /// Room for the way back to what the system gave lies in front of the aligned block.
 void* aligned(std::size_t bytes, std::size_t alignment) noexcept {
+    note_request(bytes);
     void* whole = std::malloc(bytes + alignment + sizeof(void*));
     if (whole == nullptr) {
         return nullptr;
@@ -71,7 +83,7 @@ void* or_throw(void* memory) {
 } // namespace
 
 void* operator new(std::size_t bytes) {
-    return or_throw(counted(std::malloc(bytes == 0 ? 1 : bytes)));
+    return or_throw(plain(bytes));
 }
 
 void* operator new(std::size_t bytes, std::align_val_t alignment) {
@@ -79,7 +91,7 @@ void* operator new(std::size_t bytes, std::align_val_t alignment) {
 }
 
 void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
-    return is_refused(bytes) ? nullptr : counted(std::malloc(bytes == 0 ? 1 : bytes));
+    return is_refused(bytes) ? nullptr : plain(bytes);
 }
 
 void* operator new(std::size_t bytes, std::align_val_t alignment, const std::nothrow_t&) noexcept {
@@ -118,6 +130,14 @@ std::uint64_t allocations() noexcept {
 
 std::int64_t blocks_in_use() noexcept {
     return in_use;
+}
+
+std::size_t largest_request_bytes() noexcept {
+    return largest_bytes;
+}
+
+void forget_largest_request() noexcept {
+    largest_bytes = 0;
 }
 
 allocation_limit::allocation_limit(std::int64_t blocks) noexcept {

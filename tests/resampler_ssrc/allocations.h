@@ -1,6 +1,7 @@
 // Counts the memory that this program's `new` hands out, and has it fail on request.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace testing_support {
@@ -10,6 +11,10 @@ std::uint64_t allocations() noexcept;
 
 /// Blocks handed out and not given back.
 std::int64_t blocks_in_use() noexcept;
+
+/// The most that was asked for at once since the last call of `forget_largest_request`, whether it was had or not.
+std::size_t largest_request_bytes() noexcept;
+void forget_largest_request() noexcept;
 
 /// While one lives, `new (std::nothrow)` hands out so many blocks more and no other.
 class allocation_limit {

@@ -47,8 +47,8 @@ ssrc_converter make_converter(const rate_pair& rates, std::uint16_t channels) {
     return made;
 }
 
-std::vector<double> process(ssrc_converter& converter, std::span<const double> samples, bool final) {
-    if (!converter.process(std::as_bytes(samples), final)) {
+std::vector<double> process(ssrc_converter& converter, std::span<const double> samples, bool is_last) {
+    if (!converter.process(std::as_bytes(samples), is_last)) {
         throw std::runtime_error("the converter failed");
     }
     const std::span<const std::byte> bytes = converter.output();

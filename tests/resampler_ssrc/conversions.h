@@ -36,7 +36,7 @@ std::vector<rate_pair> sampled_pairs();
 kelvane::ssrc::ssrc_converter make_converter(const rate_pair& rates, std::uint16_t channels = 1);
 
 /// The output of one call.
-std::vector<double> process(kelvane::ssrc::ssrc_converter& converter, std::span<const double> samples, bool final);
+std::vector<double> process(kelvane::ssrc::ssrc_converter& converter, std::span<const double> samples, bool is_last);
 
 /// A whole stream in one call.
 std::vector<double> convert(const rate_pair& rates, std::span<const double> samples, std::uint16_t channels = 1);

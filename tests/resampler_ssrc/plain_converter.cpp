@@ -32,19 +32,19 @@ std::size_t converter::chunk_frames() const {
     return (half - offset_ - 1) / design_.osf + 1;
 }
 
-std::vector<double> converter::process(const std::vector<double>& input, bool final) {
+std::vector<double> converter::process(const std::vector<double>& input, bool is_last) {
     queue_.insert(queue_.end(), input.begin(), input.end());
     frames_in_ += input.size();
     const std::uint64_t promised = frames_in_ * design_.output_hz / design_.input_hz;
     std::vector<double> output;
-    while (queue_.size() >= chunk_frames() || (final && frames_out_ < promised)) {
+    while (queue_.size() >= chunk_frames() || (is_last && frames_out_ < promised)) {
         queue_.resize(std::max(queue_.size(), chunk_frames())); // silence behind the end
         const auto end = queue_.begin() + static_cast<std::ptrdiff_t>(chunk_frames());
         const std::vector<double> chunk(queue_.begin(), end);
         queue_.erase(queue_.begin(), end);
         emit(design_.goes_up ? up(chunk) : down(chunk), output);
     }
-    if (final && frames_out_ > promised) {
+    if (is_last && frames_out_ > promised) {
         output.resize(output.size() - (frames_out_ - promised));
     }
     return output;

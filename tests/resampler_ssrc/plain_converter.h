@@ -10,12 +10,12 @@
 
 namespace plain_form {
 
-/// One channel. Calls of `process` up to the one with `final` make one stream.
+/// One channel. Calls of `process` up to the one with `is_last` make one stream.
 class converter {
 public:
     converter(std::uint64_t input_hz, std::uint64_t output_hz);
 
-    std::vector<double> process(const std::vector<double>& input, bool final);
+    std::vector<double> process(const std::vector<double>& input, bool is_last);
 
 private:
     std::size_t chunk_frames() const;

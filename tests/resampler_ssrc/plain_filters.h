@@ -14,7 +14,7 @@ struct design {
     std::uint64_t input_hz;
     std::uint64_t output_hz;
     std::uint64_t common_hz;
-    std::uint64_t osf;
+    std::uint64_t osf;       ///< oversampling factor
     std::uint64_t filter_hz; ///< of the long filter
     std::uint64_t filter_taps;
     std::uint64_t fft_size;

@@ -1,4 +1,4 @@
-// What a listener could hear of a conversion. All pairs are measured by the sweep (docs/converter.md).
+// What a listener could hear of a conversion. All pairs are measured by the sweep (docs/converter_pairs.md).
 #include "tests/resampler_ssrc/measurements.h"
 
 #include <gtest/gtest.h>

@@ -76,10 +76,22 @@ ALLOWED_INCLUDES = [
     ("quillet/quillet.cpp", "<windows.h>"),
     ("frame/blocks.cpp", '"quillet/quillet.h"'),
     ("effects/channels/swap.cpp", '"frame/blocks.h"'),
-    ("effects/channels/swap.cpp", '"effects/fft/fft.h"'),
+    ("effects/channels/swap.cpp", '"effects/channels/swap.h"'),
+    ("effects/channels/swap.cpp", '"effects/pair.h"'),
+    ("effects/services.cpp", '"effects/channels/swap.h"'),
     ("effects/channels/downmix_core.cpp", "<array>"),
+    ("effects/channels/downmix_core.cpp", "<emmintrin.h>"),
     ("effects/channels/downmix_core.cpp", '"velmora/channel_mask.h"'),
-    ("effects/channels/downmix_core.cpp", '"effects/fft/fft_core.h"'),
+    ("effects/channels/downmix_core.cpp", '"effects/pair_core.h"'),
+    ("effects/resampler_x/x_words.cpp", '"effects/resampler_common/rates.h"'),
+    ("effects/resampler_ssrc/fft.cpp", "<array>"),
+    ("effects/resampler_ssrc/fft.cpp", "<immintrin.h>"),
+    ("effects/resampler_ssrc/fft.cpp", '"effects/resampler_ssrc/ssrc_converter.h"'),
+    ("effects/resampler_ssrc/fft.cpp", '"frame/compiler.h"'),
+    ("effects/resampler_ssrc/fft.cpp", '"frame/exceptions.h"'),
+    ("effects/resampler_ssrc/fft.cpp", '"velmora/guid.h"'),
+    ("effects/resampler_ssrc/ssrc_effect.cpp", '"effects/resampler_ssrc/fft.h"'),
+    ("effects/resampler_ssrc/ssrc_effect.cpp", '"frame/blocks.h"'),
     ("effects/rates/rate_settings.cpp", '"frame/payload_reader.h"'),
     ("effects/rates/rate_settings.cpp", '"frame/exceptions.h"'),
     ("effects/rates/rate_settings.cpp", '"frame/rate_exclusion.h"'),
@@ -92,6 +104,9 @@ ALLOWED_INCLUDES = [
     ("bench/bench.cpp", '"effects/fft/fft_core.h"'),
 ]
 
+FFT = "effects/resampler_ssrc/fft.cpp"
+SSRC = "effects/resampler_ssrc/ssrc"
+
 FORBIDDEN_INCLUDES = [
     ("velmora/guid.cpp", "<cstdint>", "velmora stands on <stddef.h> and <stdint.h> alone, not on cstdint"),
     ("velmora/guid.cpp", '"quillet/quillet.h"', "velmora does not include quillet/quillet.h"),
@@ -101,12 +116,28 @@ FORBIDDEN_INCLUDES = [
     ("effects/channels/swap.cpp", '"host/chain/album.h"', "effects does not include host/chain/album.h"),
     ("host/program/main.cpp", '"frame/blocks.h"', "host does not include frame/blocks.h"),
     ("host/program/main.cpp", '"effects/fft/fft_core.h"', "host does not include effects/fft/fft_core.h"),
+    ("host/program/main.cpp", '"effects/fft/fft_words.h"', "host does not include effects/fft/fft_words.h"),
     ("effects/a_core.cpp", '"frame/blocks.h"', "an effect's core does not include frame/blocks.h"),
     ("effects/a_core.cpp", '"velmora/guid.h"', "an effect's core does not include velmora/guid.h"),
     ("effects/a_core.cpp", '"effects/a_effect.h"', "an effect's core does not include effects/a_effect.h"),
     ("effects/a_core.cpp", "<windows.h>", "an effect's core does not include windows.h"),
     ("effects/a_core.cpp", "<fmt/format.h>", "an effect's core does not include fmt/format.h"),
     ("effects/a_settings.cpp", '"frame/blocks.h"', "an effect's settings do not include frame/blocks.h"),
+    ("effects/a_words.cpp", '"frame/blocks.h"', "an effect's settings do not include frame/blocks.h"),
+    ("effects/a/a.cpp", '"effects/b/b_core.h"', "effects/a does not include effects/b/b_core.h"),
+    ("effects/a/a_core.cpp", '"effects/b/b_core.h"', "effects/a does not include effects/b/b_core.h"),
+    ("effects/a/a.cpp", '"effects/resampler_common/b.h"', "effects/a does not include effects/resampler_common/b.h"),
+    (
+        "effects/resampler_common/a.cpp",
+        '"effects/resampler_x/b.h"',
+        "effects/resampler_common does not include effects/resampler_x/b.h",
+    ),
+    (FFT, '"frame/blocks.h"', "the FFT converter does not include frame/blocks.h"),
+    (FFT, '"velmora/sample_block.h"', "the FFT converter does not include velmora/sample_block.h"),
+    (FFT, '"effects/pair_core.h"', "the FFT converter does not include effects/pair_core.h"),
+    (FFT, '"effects/resampler_ssrc/ssrc_effect.h"', f"the FFT converter does not include {SSRC}_effect.h"),
+    (FFT, "<windows.h>", "the FFT converter does not include windows.h"),
+    (f"{SSRC}_converter.cpp", '"frame/blocks.h"', "the FFT converter does not include frame/blocks.h"),
     ("effects/channels/swap.cpp", '"swap.h"', "not included from the project's root: swap.h"),
     ("effects/channels/swap.cpp", '"channels/swap.h"', "not included from the project's root: channels/swap.h"),
     ("effects/channels/swap.cpp", '"frame/../host/a.h"', "not included from the project's root: frame/../host/a.h"),
@@ -122,3 +153,45 @@ def test_allows_includes_along_the_dependencies(tmp_path, path, included):
 @pytest.mark.parametrize("path, included, fault", FORBIDDEN_INCLUDES)
 def test_finds_includes_against_the_dependencies(tmp_path, path, included, fault):
     assert faults_in(tmp_path, {path: f"\n#  include {included} // why\n"}) == [f"{path}:2: {fault}"]
+
+
+ALLOWED_LINKS = [
+    ("velmora/CMakeLists.txt", "target_link_libraries(velmora INTERFACE project_options)\n"),
+    ("quillet/CMakeLists.txt", "target_link_libraries(quillet PUBLIC velmora PRIVATE project_options)\n"),
+    ("frame/CMakeLists.txt", "target_link_libraries(frame PUBLIC payload velmora PRIVATE quillet)\n"),
+    ("effects/CMakeLists.txt", "target_link_libraries(effects PUBLIC frame effect_cores ssrc_converter)\n"),
+    ("effects/CMakeLists.txt", "target_link_libraries(effect_settings PUBLIC payload)\n"),
+    ("effects/CMakeLists.txt", "target_link_libraries(kelvane PRIVATE effects) # not host_audio\n"),
+    ("host/CMakeLists.txt", "target_link_libraries(host_chain\n    PUBLIC host_audio\n    PRIVATE effect_settings)\n"),
+    ("host/audio/CMakeLists.txt", "target_link_libraries(host_audio PRIVATE PkgConfig::SNDFILE)\n"),
+    ("host/CMakeLists.txt", "add_dependencies(kelvane-host kelvane)\n"),
+    ("host/notes.md", "target_link_libraries(kelvane-host PRIVATE frame) would be wrong.\n"),
+    ("tests/CMakeLists.txt", "target_link_libraries(all_tests PRIVATE frame effects host_chain)\n"),
+]
+
+FORBIDDEN_LINKS = [
+    ("velmora/CMakeLists.txt", "velmora", "quillet"),
+    ("quillet/CMakeLists.txt", "quillet", "frame"),
+    ("frame/CMakeLists.txt", "payload", "quillet"),
+    ("frame/CMakeLists.txt", "frame", "effect_cores"),
+    ("frame/CMakeLists.txt", "frame", "host_objects"),
+    ("effects/CMakeLists.txt", "effect_cores", "velmora"),
+    ("effects/CMakeLists.txt", "ssrc_converter", "payload"),
+    ("effects/CMakeLists.txt", "effect_settings", "frame"),
+    ("effects/CMakeLists.txt", "effects", "host_objects"),
+    ("effects/CMakeLists.txt", "kelvane", "host_audio"),
+    ("host/CMakeLists.txt", "host_module", "frame"),
+    ("host/CMakeLists.txt", "kelvane-host", "effects"),
+    ("host/audio/CMakeLists.txt", "host_audio", "effect_cores"),
+]
+
+
+@pytest.mark.parametrize("path, text", ALLOWED_LINKS)
+def test_allows_links_along_the_dependencies(tmp_path, path, text):
+    assert faults_in(tmp_path, {path: text}) == []
+
+
+@pytest.mark.parametrize("path, target, linked", FORBIDDEN_LINKS)
+def test_finds_links_against_the_dependencies(tmp_path, path, target, linked):
+    text = f"# Why.\nTARGET_LINK_LIBRARIES({target} PUBLIC # here\n    {linked})\n"
+    assert faults_in(tmp_path, {path: text}) == [f"{path}:3: {target} does not link {linked}"]

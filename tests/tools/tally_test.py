@@ -60,7 +60,8 @@ def test_counts_the_cases_of_a_report(tmp_path, capsys, verdict, cases, last_lin
 @pytest.mark.parametrize(
     "verdict, last_line",
     [
-        (PASSED, "2 passed, 0 failed"),
+        # A program that left in the middle, by an exit of what it tests: nobody knows of the other cases.
+        (PASSED, "1 passed, 1 failed"),
         (FAILED, "1 passed, 1 failed"),
         (NOT_STARTED, "1 passed, 1 failed"),
         (FIXTURE_FAILED, "1 passed, 1 failed"),

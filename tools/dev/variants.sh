@@ -8,9 +8,18 @@ needs_of_variant() {
     esac
 }
 
+# is_of_this_folder VARIANT: CMake keeps whole paths, and a project folder that was moved or copied has to start anew.
+is_of_this_folder() {
+    grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "build/$1/CMakeCache.txt"
+}
+
 # The build keeps its own files up to date; only the presets are read here and nowhere else.
 configure_variant() {
-    [[ build/$1/build.ninja -nt CMakePresets.json ]] || cmake --preset "$1"
+    if [[ -f build/$1/CMakeCache.txt ]] && ! is_of_this_folder "$1"; then
+        cmake --fresh --preset "$1"
+    elif [[ ! build/$1/build.ninja -nt CMakePresets.json ]]; then
+        cmake --preset "$1"
+    fi
 }
 
 # build_variant VARIANT: without looking for what it needs.

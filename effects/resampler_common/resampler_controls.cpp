@@ -1,4 +1,4 @@
-#include "effects/resampler_controls.h"
+#include "effects/resampler_common/resampler_controls.h"
 
 namespace kelvane {
 

@@ -1,7 +1,7 @@
 // The controls that the dialogs of both resamplers have (Windows).
 #pragma once
 
-#include "effects/rate_entry.h"
+#include "effects/resampler_common/rate_entry.h"
 #include "frame/dialog_controls.h"
 
 #include <string>

@@ -1,4 +1,4 @@
-#include "effects/limiters/advanced_limiter.h"
+#include "effects/limiters/advanced_limiter_effect.h"
 
 #include "frame/exceptions.h"
 
@@ -65,12 +65,13 @@ void advanced_limiter::on_playback_end(velmora::abort_signal*) {
 
 /// Silence pushes out what is held; a stream that is shorter than the delay first has to be pushed to its end.
 void advanced_limiter::drain() {
-    if (held_frames_ == 0) {
+    const std::size_t held_frames = held_frames_;
+    if (held_frames == 0) {
         return;
     }
-    emit_block(held_frames_, format_, [this](std::span<double> tail) {
-        for (std::size_t missing = limiter_look_ahead_frames - held_frames_; missing > 0;) {
-            const std::size_t frames = std::min(missing, held_frames_);
+    emit_block(held_frames, format_, [=, this](std::span<double> tail) {
+        for (std::size_t missing = limiter_look_ahead_frames - held_frames; missing > 0;) {
+            const std::size_t frames = std::min(missing, held_frames);
             push_silence(tail.first(frames * format_.channels));
             missing -= frames;
         }
