@@ -25,4 +25,13 @@ described_field<Settings> exclude_field() {
             }};
 }
 
+/// A warning of an exclusion text that has settings in it: what stood behind the field belongs to its value.
+template <class Settings>
+std::string warning_of_exclusions(const Settings& settings) {
+    if (!settings.excludes || settings.exclusions.find('=') == std::string::npos) {
+        return "";
+    }
+    return "exclude takes all that is behind it, here \"" + settings.exclusions + "\"; other settings go before it";
+}
+
 } // namespace kelvane

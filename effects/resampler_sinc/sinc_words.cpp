@@ -75,7 +75,9 @@ std::unique_ptr<settings_words> sinc_words() {
         quality_field(),
         exclude_field<sinc_settings>(),
     };
-    return std::make_unique<struct_words<sinc_settings>>(std::move(fields));
+    return std::make_unique<struct_words<sinc_settings>>(
+        std::move(fields),
+        [](const sinc_settings& settings, std::uint32_t) { return warning_of_exclusions(settings); });
 }
 
 } // namespace kelvane

@@ -22,7 +22,8 @@ public:
     virtual ~audio_writer() = default;
 
     /// Appends whole frames, samples in mask order. Integer encodings round to the nearest value (ties to even), clip
-    /// at full scale and take what is no number for silence. Throws `audio_error` when the file cannot be written.
+    /// at full scale and take what is no number for silence; MP3 and Vorbis clip at 24 dB above it and do the same.
+    /// Throws `audio_error` when the file cannot be written.
     virtual void write(std::span<const double> interleaved) = 0;
 
     /// Completes the file and gives it its name, in the place of any file that had it. The last call. Throws

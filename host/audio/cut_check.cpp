@@ -3,6 +3,8 @@
 #include "host/audio/audio_error.h"
 #include "host/audio/byte_order.h"
 #include "host/audio/chunks.h"
+#include "host/audio/mpeg_end.h"
+#include "host/audio/ogg_chain.h"
 #include "host/audio/ogg_end.h"
 
 #include <algorithm>
@@ -67,13 +69,23 @@ std::optional<chunk> find_known_audio(binary_file& file, std::string_view letter
     return letters == ".snd" ? known_audio_of_au(file) : std::nullopt;
 }
 
+void check_ogg(binary_file& file) {
+    if (!has_ogg_end(file)) {
+        throw audio_error(file.path(), "is cut short: the end of the Ogg stream is not there");
+    }
+    if (is_ogg_chain(file)) {
+        throw audio_error(file.path(), "holds several Ogg streams one behind the other; only the first could be read");
+    }
+}
+
 } // namespace
 
 void check_is_not_cut(binary_file& file) {
     const std::string letters = first_letters(file);
-    if (letters == "OggS" && !has_ogg_end(file)) {
-        throw audio_error(file.path(), "is cut short: the end of the Ogg stream is not there");
+    if (letters == "OggS") {
+        check_ogg(file);
     }
+    check_mpeg_is_not_cut(file);
     if (const auto audio = find_known_audio(file, letters)) {
         check_is_whole(file, *audio);
     }

@@ -2,11 +2,13 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 
 namespace host {
 
 /// Lies beside its target under a temporary name. Whoever writes it has closed it before `commit` and before the
-/// destructor, which removes it if there was no `commit`.
+/// destructor, which removes it if there was no `commit`. A target that is a symbolic link stays one: the file goes
+/// where it points to. A file that is replaced hands on its permissions, but no hard links.
 class pending_file {
 public:
     /// Makes the empty file. Throws `audio_error` when the target is a folder or the like, or its folder takes no file.
@@ -23,7 +25,9 @@ public:
 
 private:
     std::filesystem::path target_;
+    std::filesystem::path place_; ///< the target with its links followed
     std::filesystem::path temporary_;
+    std::optional<std::filesystem::perms> permissions_; ///< those of the file that is there
 };
 
 } // namespace host

@@ -57,11 +57,19 @@ bool is_possible(int sndfile_format, std::uint32_t channels) {
     return sf_format_check(&info) != 0;
 }
 
-/// The library tells it of no other container than MP3, and of that only too late.
+/// The library tells it of MP3 alone, and too late, and says that the format is unknown when its Vorbis encoder
+/// refuses.
 bool is_possible_rate(const container& kind, std::uint32_t sample_rate_hz) {
     constexpr std::array<std::uint32_t, 9> mp3_rates_hz{8000, 11025, 12000, 16000, 22050, 24000, 32000, 44100, 48000};
-    return (kind.sndfile_format & SF_FORMAT_TYPEMASK) != SF_FORMAT_MPEG ||
-           std::find(mp3_rates_hz.begin(), mp3_rates_hz.end(), sample_rate_hz) != mp3_rates_hz.end();
+    constexpr std::uint32_t highest_vorbis_rate_hz = 200'000;
+    switch (kind.sndfile_format & SF_FORMAT_TYPEMASK) {
+    case SF_FORMAT_MPEG:
+        return std::find(mp3_rates_hz.begin(), mp3_rates_hz.end(), sample_rate_hz) != mp3_rates_hz.end();
+    case SF_FORMAT_OGG:
+        return sample_rate_hz <= highest_vorbis_rate_hz;
+    default:
+        return true;
+    }
 }
 
 std::string cannot_hold(const container& kind, std::string_view what) {

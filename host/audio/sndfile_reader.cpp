@@ -5,6 +5,8 @@
 #include "host/audio/sndfile_handle.h"
 #include "host/audio/sndfile_speakers.h"
 
+#include <algorithm>
+#include <limits>
 #include <numeric>
 #include <string>
 #include <vector>
@@ -15,12 +17,18 @@ namespace {
 
 constexpr const char* not_audio = "is not audio of a known kind";
 
+/// "File does not exist or is not a regular file": what becomes of the MPEG decoder's refusal. The library's header has
+/// no name for it.
+constexpr int mpeg_decoder_refused = 7;
+
 std::string reason_not_opened() {
     switch (sf_error(nullptr)) {
     case SF_ERR_UNRECOGNISED_FORMAT:
         return not_audio;
     case SF_ERR_MALFORMED_FILE:
         return "is damaged or cut short";
+    case mpeg_decoder_refused:
+        return "is damaged, or not audio of a known kind";
     case SF_ERR_UNSUPPORTED_ENCODING:
         return "is coded in a way that cannot be read";
     default:
@@ -104,7 +112,7 @@ public:
     }
 
     std::size_t read(std::span<double> interleaved) override {
-        const std::size_t room = interleaved.size() / format_.channels;
+        const std::size_t room = std::min(interleaved.size() / format_.channels, most_frames_left());
         const auto frames = static_cast<std::size_t>(
             sf_readf_double(file_.handle.get(), interleaved.data(), static_cast<sf_count_t>(room)));
         frames_read_ += frames;
@@ -119,10 +127,18 @@ public:
     }
 
 private:
+    std::optional<std::uint64_t> exact_length() const { return file_.is_mpeg() ? std::nullopt : declared_frames(); }
+
+    /// Past them may lie what is no audio, a tag for instance, which a decoder would take for damaged audio.
+    std::size_t most_frames_left() const {
+        const auto length = exact_length();
+        return length ? static_cast<std::size_t>(*length - frames_read_) : std::numeric_limits<std::size_t>::max();
+    }
+
     void check_is_whole() const {
-        const auto declared = declared_frames();
-        if (declared && frames_read_ < *declared && !file_.is_mpeg()) {
-            throw audio_error(file_.path, "is cut short: of " + std::to_string(*declared) + " frames only " +
+        const auto length = exact_length();
+        if (length && frames_read_ < *length) {
+            throw audio_error(file_.path, "is cut short: of " + std::to_string(*length) + " frames only " +
                                               std::to_string(frames_read_) + " are there");
         }
     }

@@ -9,6 +9,7 @@
 #include "host/audio/speaker_check.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 #include <string>
 #include <system_error>
@@ -19,6 +20,20 @@ namespace host {
 namespace {
 
 constexpr std::size_t block_frames = 4096;
+
+/// 24 dB over full scale. The lossy formats keep what is above full scale, and who decodes to floating point can still
+/// turn it down; a sum of all speakers stays below this. What is far above, or no number, breaks their encoders: they
+/// end the process, or make noise of the frames around it.
+constexpr double most_lossy_magnitude = 16.0;
+
+double bounded(double sample) {
+    return std::isnan(sample) ? 0.0 : std::clamp(sample, -most_lossy_magnitude, most_lossy_magnitude);
+}
+
+bool is_lossy(int sndfile_format) {
+    const int coding = sndfile_format & SF_FORMAT_SUBMASK;
+    return coding == SF_FORMAT_VORBIS || coding == SF_FORMAT_MPEG_LAYER_III;
+}
 
 /// 0 for encodings that are not integers.
 unsigned integer_bits(int sndfile_format) {
@@ -64,7 +79,8 @@ public:
     sndfile_writer(const std::filesystem::path& target, const container& kind, const audio_format& format,
                    int sndfile_format)
         : pending_(target), output_(pending_.temporary()), kind_(kind), channels_(format.channels),
-          bits_(integer_bits(sndfile_format)), sample_bytes_(sample_bytes_of(sndfile_format)) {
+          bits_(integer_bits(sndfile_format)), is_lossy_(is_lossy(sndfile_format)),
+          sample_bytes_(sample_bytes_of(sndfile_format)) {
         SF_INFO info = info_of(format, sndfile_format);
         file_.reset(output_.open(info));
         check(file_ != nullptr);
@@ -80,6 +96,9 @@ public:
             check_room(block.size());
             ordered_.assign(block.begin(), block.end());
             reorder(ordered_, order_);
+            if (is_lossy_) {
+                std::transform(ordered_.begin(), ordered_.end(), ordered_.begin(), bounded);
+            }
             put_block();
         }
     }
@@ -142,6 +161,7 @@ private:
     const container& kind_;
     std::size_t channels_;
     unsigned bits_;
+    bool is_lossy_;
     std::size_t sample_bytes_;
     std::uint64_t data_bytes_ = 0;
     channel_order order_;

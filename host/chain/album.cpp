@@ -1,7 +1,7 @@
 #include "host/chain/album.h"
 
 #include "host/audio/audio_reader.h"
-#include "host/chain/layout_text.h"
+#include "host/audio/layout_text.h"
 #include "host/objects/block_list.h"
 #include "host/platform/path_text.h"
 #include "velmora/abort_signal.h"
@@ -14,6 +14,14 @@ namespace host {
 
 namespace {
 
+/// How a later format can be brought to that of the file.
+std::string advice(const audio_format& of_file, const audio_format& later) {
+    if (of_file.sample_rate_hz == later.sample_rate_hz) {
+        return "";
+    }
+    return fmt::format(": a resampler brings all to one rate, as -e ssrc:rate={} does", of_file.sample_rate_hz);
+}
+
 /// The one file that the blocks behind the chain go to. It is made when its format is known.
 class album_output {
 public:
@@ -24,10 +32,10 @@ public:
         if (!writer_) {
             open(format);
         } else if (!(format == report_.format)) {
-            throw album_error(
-                fmt::format("the output changes from {} to {} after {:.3f} s; one file holds one rate and "
-                            "layout",
-                            format_text(report_.format), format_text(format), seconds()));
+            throw album_error(fmt::format("the output changes from {} to {} after {:.3f} s; one file holds one rate "
+                                          "and layout{}",
+                                          format_text(report_.format), format_text(format), seconds(),
+                                          advice(report_.format, format)));
         }
         writer_->write(written.samples());
         report_.level.measure(written.samples());

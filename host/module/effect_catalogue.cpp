@@ -38,7 +38,7 @@ bool is_abbreviation(const std::vector<std::string>& typed, const std::vector<st
         }
         ++next;
     }
-    return !typed.empty();
+    return true;
 }
 
 effect_entry describe(service_ptr<velmora::effect_factory> factory) {
@@ -110,6 +110,9 @@ effect_catalogue::effect_catalogue(const loaded_module& module) {
 
 const effect_entry& effect_catalogue::find(std::string_view name) const {
     const auto typed = words_of(name);
+    if (typed.empty()) {
+        throw effect_name_error("the name of an effect is empty; `kelvane-host list` shows the names");
+    }
     const auto id = parse_guid(name);
     std::vector<const effect_entry*> abbreviated;
     for (const effect_entry& entry : effects_) {
@@ -131,10 +134,16 @@ const effect_entry& effect_catalogue::find(std::string_view name) const {
 }
 
 service_ptr<velmora::effect_instance> instantiate(const effect_entry& effect, const preset& settings) {
+    const std::string refusal = fmt::format("the preset does not fit the effect \"{}\"", effect.name);
     velmora::effect_instance* made = nullptr;
-    const auto instantiate = [&] { return effect.instantiate(&made, settings); };
-    if (!ask_module(fmt::format("\"{}\"", effect.name), instantiate)) {
-        throw preset_error(fmt::format("\"{}\" refuses the preset", effect.name));
+    bool is_made = false;
+    try {
+        is_made = effect.instantiate(&made, settings);
+    } catch (const std::exception& reason) {
+        throw preset_error(fmt::format("{}: {}", refusal, reason.what()));
+    }
+    if (!is_made) {
+        throw preset_error(refusal);
     }
     return service_ptr<velmora::effect_instance>(made);
 }

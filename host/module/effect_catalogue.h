@@ -58,7 +58,7 @@ private:
     std::vector<effect_entry> effects_;
 };
 
-/// A running effect. Throws `preset_error` when the effect refuses the preset, and `module_error`.
+/// A running effect. Throws `preset_error` when the effect refuses the preset.
 service_ptr<velmora::effect_instance> instantiate(const effect_entry& effect, const preset& settings);
 
 } // namespace host

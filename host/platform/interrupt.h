@@ -6,7 +6,8 @@ namespace host {
 class abort_switch;
 
 /// While it lives, Ctrl-C, a closed terminal and a request to terminate trigger the switch instead of ending the
-/// process at once. One at a time. The switch lives as long as the process: the system may ask on a thread of its own.
+/// process at once. What the program was started to ignore, as under nohup, stays ignored; at the end all is as it was
+/// before. One at a time. The switch lives as long as the process: the system may ask on a thread of its own.
 class interrupt_guard {
 public:
     explicit interrupt_guard(abort_switch& triggered);

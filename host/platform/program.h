@@ -16,6 +16,9 @@ std::filesystem::path program_file();
 /// Whether standard error is a terminal that a person looks at.
 bool is_error_stream_a_terminal();
 
+/// Whether effects have settings dialogs here.
+bool has_dialogs();
+
 /// Makes the console take UTF-8.
 void prepare_console();
 

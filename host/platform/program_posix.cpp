@@ -16,6 +16,10 @@ bool is_error_stream_a_terminal() {
     return isatty(STDERR_FILENO) != 0;
 }
 
+bool has_dialogs() {
+    return false;
+}
+
 void prepare_console() {}
 
 } // namespace host

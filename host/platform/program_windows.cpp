@@ -35,6 +35,10 @@ bool is_error_stream_a_terminal() {
     return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != FALSE;
 }
 
+bool has_dialogs() {
+    return true;
+}
+
 void prepare_console() {
     SetConsoleOutputCP(CP_UTF8);
 }

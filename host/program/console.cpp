@@ -14,7 +14,6 @@ namespace {
 
 constexpr std::chrono::milliseconds drawing_interval(100);
 constexpr int bar_columns = 40;
-constexpr auto blank_line = "\r                                                                              \r";
 
 /// What a person typed, and what a system answers, may have line breaks and signs that a terminal obeys.
 std::string on_one_line(std::string_view message) {
@@ -48,9 +47,11 @@ void progress_bar::show(double done_s, double total_s) {
     next_drawing_ = now + drawing_interval;
     const double part = total_s > 0.0 ? std::min(done_s / total_s, 1.0) : 0.0;
     const auto filled = static_cast<int>(part * bar_columns);
-    fmt::print(stderr, "\r[{:#<{}}{:<{}}] {:3.0f} %  {:.0f} s", "", filled, "", bar_columns - filled, 100.0 * part,
-               done_s);
+    const std::string drawing =
+        fmt::format("[{:#<{}}{:<{}}] {:3.0f} %  {:.0f} s", "", filled, "", bar_columns - filled, 100.0 * part, done_s);
+    fmt::print(stderr, "\r{}", drawing);
     std::fflush(stderr);
+    drawn_columns_ = drawing.size();
 }
 
 void progress_bar::print_above(std::string_view line) {
@@ -58,10 +59,11 @@ void progress_bar::print_above(std::string_view line) {
     print_notice(line);
 }
 
-void progress_bar::wipe() const noexcept {
-    if (visible_) {
-        std::fputs(blank_line, stderr);
+void progress_bar::wipe() noexcept {
+    if (drawn_columns_ > 0) {
+        std::fprintf(stderr, "\r%*s\r", static_cast<int>(drawn_columns_), "");
         std::fflush(stderr);
+        drawn_columns_ = 0;
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <string_view>
 
 namespace host {
@@ -28,10 +29,11 @@ public:
     void print_above(std::string_view line);
 
     /// Clears the bar's line, so that other output can stand there.
-    void wipe() const noexcept;
+    void wipe() noexcept;
 
 private:
     bool visible_;
+    std::size_t drawn_columns_ = 0; ///< how far the bar's line reaches: a terminal may have no more
     std::chrono::steady_clock::time_point next_drawing_{};
 };
 

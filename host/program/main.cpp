@@ -10,16 +10,34 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <iostream>
+#include <string>
+#include <string_view>
 #include <system_error>
 
 namespace {
 
 constexpr auto footer = "Exit codes: 0 done; 1 the work could not be done; 2 wrong command line; 130 interrupted.";
 
+/// The parser misses a command before it looks at the word that stands in its place.
+std::string fault_of(const CLI::App& program, const CLI::ParseError& wrong) {
+    const auto unknown = program.remaining(true);
+    const bool misses_command = wrong.get_name() == "RequiredError" &&
+                                std::string_view(wrong.what()).find("subcommand") != std::string_view::npos;
+    if (!misses_command) {
+        return wrong.what();
+    }
+    if (unknown.empty()) {
+        return "a command is missing";
+    }
+    return (unknown.front().starts_with('-') ? "there is no option \"" : "there is no command \"") + unknown.front() +
+           '"';
+}
+
 int run(std::vector<std::string> arguments) {
     CLI::App program("Runs the effects of a Velmora module over audio files.", "kelvane-host");
     program.footer(footer);
+    program.set_version_flag("--version", "kelvane-host " KELVANE_VERSION,
+                             "Show the program's version; `info` has the module's");
     program.require_subcommand(1);
     program.allow_windows_style_options(false); // "/music/a.wav" is a file on every platform
     host::add_list_command(program);
@@ -38,7 +56,7 @@ int run(std::vector<std::string> arguments) {
     } catch (const CLI::Success& asked_for_help) {
         return program.exit(asked_for_help);
     } catch (const CLI::ParseError& wrong) {
-        program.exit(wrong, std::cout, std::cerr);
+        host::print_error(fault_of(program, wrong) + "; --help tells more");
         return host::exit_usage;
     }
 }

@@ -24,7 +24,4 @@ struct open_module {
     effect_catalogue catalogue;
 };
 
-/// Throws `preset_error` when the preset of `file` belongs to another effect.
-void check_owner(const effect_entry& effect, const preset& loaded, const std::string& file);
-
 } // namespace host

@@ -3,10 +3,11 @@
 #include "host/platform/path_text.h"
 #include "host/program/commands.h"
 #include "host/program/console.h"
+#include "host/program/file_option.h"
+#include "host/program/given_preset.h"
 #include "host/program/module_option.h"
 #include "host/program/settings_table.h"
 #include "host/settings/preset_file.h"
-#include "host/settings/worded_settings.h"
 
 #include <fmt/format.h>
 
@@ -32,9 +33,10 @@ void make(const preset_options& options) {
     if (std::filesystem::exists(file)) {
         throw preset_file_error(fmt::format("{}: is there already; `preset edit` changes it", options.file));
     }
-    preset made = opened.catalogue.find(options.effect).default_preset;
+    const effect_entry& effect = opened.catalogue.find(options.effect);
+    preset made = effect.default_preset;
     if (!options.settings.empty()) {
-        change_settings(made, options.settings);
+        change_preset(made, effect.name, options.settings);
     }
     write_preset_file(file, made);
 }
@@ -57,14 +59,14 @@ void show(const preset_options& options) {
 void edit(const preset_options& options) {
     const auto file = path_from_utf8(options.file);
     preset edited = read_preset_file(file);
-    change_settings(edited, options.settings);
+    change_preset(edited, options.file, options.settings);
     write_preset_file(file, edited);
 }
 
 CLI::App& add_step(CLI::App& command, const std::string& name, const std::string& what,
                    void (*action)(const preset_options&), const shared_options& options) {
     CLI::App* const step = command.add_subcommand(name, what);
-    step->add_option("FILE", options->file, "The preset file")->required()->type_name("");
+    step->add_option("FILE", options->file, "The preset file")->required()->type_name("")->check(not_empty());
     step->callback([action, options] { action(*options); });
     return *step;
 }

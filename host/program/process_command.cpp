@@ -1,12 +1,14 @@
 #include "host/audio/audio_reader.h"
+#include "host/audio/layout_text.h"
 #include "host/chain/album.h"
-#include "host/chain/layout_text.h"
-#include "host/module/hex_text.h"
 #include "host/objects/abort_switch.h"
 #include "host/platform/interrupt.h"
 #include "host/platform/path_text.h"
 #include "host/program/commands.h"
 #include "host/program/console.h"
+#include "host/program/conversion_warning.h"
+#include "host/program/file_option.h"
+#include "host/program/given_preset.h"
 #include "host/program/module_option.h"
 #include "host/settings/step_text.h"
 #include "host/settings/worded_settings.h"
@@ -27,7 +29,7 @@ constexpr std::size_t max_block_frames = 1U << 20U;
 /// One `-e`, with the `--preset` behind it.
 struct chain_step {
     step_text text;
-    std::optional<std::string> preset_hex;
+    std::optional<std::string> preset;
 };
 
 /// What a step stands for.
@@ -60,26 +62,19 @@ std::vector<chain_step> steps_of(const CLI::App& command, const process_options&
         if (parsed->check_name("--effect")) {
             steps.push_back({split_step(options.effects.at(steps.size())), std::nullopt});
         } else if (parsed->check_name("--preset")) {
-            if (steps.empty() || steps.back().preset_hex) {
-                throw CLI::ValidationError("--preset", "stands behind the -e whose payload it gives");
+            if (steps.empty() || steps.back().preset) {
+                throw CLI::ValidationError("--preset", "stands behind the -e whose preset it gives");
             }
-            steps.back().preset_hex = options.presets.at(next_preset++);
+            steps.back().preset = options.presets.at(next_preset++);
         }
     }
     return steps;
 }
 
 preset settings_of(const effect_entry& effect, const chain_step& step) {
-    preset settings = effect.default_preset;
-    if (step.preset_hex) {
-        const auto payload = parse_hex(*step.preset_hex);
-        if (!payload) {
-            throw preset_error(fmt::format("--preset \"{}\" is not a row of hexadecimal bytes", *step.preset_hex));
-        }
-        settings.set_data(payload->data(), payload->size());
-    }
+    preset settings = step.preset ? given_preset(effect, *step.preset) : effect.default_preset;
     if (!step.text.settings.empty()) {
-        change_settings(settings, step.text.settings);
+        change_preset(settings, effect.name, step.text.settings);
     }
     return settings;
 }
@@ -102,12 +97,15 @@ std::set<std::uint32_t> input_rates_hz(const album_job& job) {
     return rates_hz;
 }
 
+/// Each warning once, though it may hold at several rates.
 void warn_of(const std::vector<chosen_effect>& chosen, const std::set<std::uint32_t>& rates_hz) {
-    for (const chosen_effect& step : chosen) {
+    for (const auto& [effect, settings] : chosen) {
+        std::set<std::string> said{""}; // no warning is none to print
         for (const std::uint32_t rate_hz : rates_hz) {
-            const std::string warning = warning_of(step.settings, rate_hz);
-            if (!warning.empty()) {
-                print_notice(fmt::format("{}: {}", step.effect.name, warning));
+            for (const auto& warning : {warning_of(settings, rate_hz), conversion_warning(effect, settings, rate_hz)}) {
+                if (said.insert(warning).second) {
+                    print_notice(fmt::format("{}: {}", effect.name, warning));
+                }
             }
         }
     }
@@ -169,10 +167,14 @@ void add_process_command(CLI::App& program) {
         "process", "Take audio files through a chain of effects. Several inputs are consecutive tracks of one album");
     const auto options = std::make_shared<process_options>();
     add_module_option(*command, options->module_file);
-    command->add_option("IN", options->inputs, "The tracks, in their order")->required()->type_name("FILE");
+    command->add_option("IN", options->inputs, "The tracks, in their order")
+        ->required()
+        ->type_name("FILE")
+        ->check(not_empty());
     command->add_option("-o,--output", options->output, "Where the result goes; the extension picks the container")
         ->required()
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(not_empty());
     command
         ->add_option("-e,--effect", options->effects,
                      "An effect: name, abbreviation or GUID; settings behind it as EFFECT:field=value,...")
@@ -180,8 +182,11 @@ void add_process_command(CLI::App& program) {
         ->expected(1)
         ->allow_extra_args(false)
         ->take_all();
-    command->add_option("--preset", options->presets, "The payload of the effect before it, as hexadecimal bytes")
-        ->type_name("HEX")
+    command
+        ->add_option("--preset", options->presets,
+                     "The preset of the effect before it: its bytes in hexadecimal, as `preset show` prints them, "
+                     "or a preset file")
+        ->type_name("HEX|@FILE")
         ->expected(1)
         ->allow_extra_args(false)
         ->take_all();

@@ -1,6 +1,8 @@
 #include "host/platform/path_text.h"
 #include "host/program/commands.h"
 #include "host/program/console.h"
+#include "host/program/file_option.h"
+#include "host/program/given_preset.h"
 #include "host/program/module_option.h"
 #include "host/program/settings_table.h"
 #include "host/settings/preset_file.h"
@@ -39,7 +41,8 @@ void add_settings_command(CLI::App& program) {
     add_module_option(*command, options->module_file);
     command->add_option("EFFECT", options->effect, "Name, abbreviation or GUID")->required()->type_name("");
     command->add_option("PRESET", options->preset_file, "A preset file; otherwise the default preset")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(not_empty());
     command->callback([options] { run(*options); });
 }
 

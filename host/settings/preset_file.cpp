@@ -1,5 +1,6 @@
 #include "host/settings/preset_file.h"
 
+#include "host/audio/binary_file.h"
 #include "host/audio/pending_file.h"
 #include "host/module/guid_text.h"
 #include "host/module/hex_text.h"
@@ -8,16 +9,29 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <fstream>
+#include <span>
+#include <string>
 
 namespace host {
 
+namespace {
+
+/// Far more than an effect keeps, and little enough to be read at once whatever the file is.
+constexpr std::uint64_t most_preset_file_bytes = 1'048'576;
+
+std::string text_of(const std::filesystem::path& file) {
+    binary_file bytes(file);
+    std::string text(static_cast<std::size_t>(std::min(bytes.size_bytes(), most_preset_file_bytes)), '\0');
+    text.resize(bytes.read(std::as_writable_bytes(std::span(text))));
+    return text;
+}
+
+} // namespace
+
 preset read_preset_file(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
-        throw preset_file_error(fmt::format("{}: cannot be read", to_utf8(file)));
-    }
-    const auto json = nlohmann::json::parse(stream, nullptr, false);
+    const auto json = nlohmann::json::parse(text_of(file), nullptr, false);
     const bool has_texts = json.is_object() && json.value("owner", nlohmann::json()).is_string() &&
                            json.value("payload", nlohmann::json()).is_string();
     const auto owner = has_texts ? parse_guid(json["owner"].get<std::string>()) : std::nullopt;

@@ -39,7 +39,7 @@ TEST(FailingEffects, WhatAModuleThrowsOutlivesItsLibrary) {
     } catch (const std::exception& failure) { // the library is gone by now
         said = failure.what();
     }
-    EXPECT_EQ(said, "\"Unruly\" failed: the module's own words");
+    EXPECT_EQ(said, "the preset does not fit the effect \"Unruly\": the module's own words");
 }
 
 TEST(FailingEffects, AnEffectThatThrowsIsNamed) {

@@ -1,5 +1,6 @@
 #include "effects/effect_settings.h"
 #include "frame/exceptions.h"
+#include "host/audio/audio_error.h"
 #include "host/settings/preset_file.h"
 #include "host/settings/step_text.h"
 #include "host/settings/worded_settings.h"
@@ -253,8 +254,14 @@ TEST_F(PresetFile, GivesBackWhatWasWritten) {
     EXPECT_EQ(read.payload(), written.payload());
 }
 
+TEST_F(PresetFile, AFileThatCannotBeReadIsToldLikeAnyOther) {
+    EXPECT_THAT(thrown_text<audio_error>([this] { read_preset_file(file_); }),
+                testing::EndsWith(".json: there is no such file"));
+    std::filesystem::create_directory(file_);
+    EXPECT_THAT(thrown_text<audio_error>([this] { read_preset_file(file_); }), testing::EndsWith(".json: is a folder"));
+}
+
 TEST_F(PresetFile, AnythingElseIsNoPreset) {
-    EXPECT_THAT(refusal(), testing::EndsWith("cannot be read"));
     for (const auto* const text :
          {"", "text", "[]", "{}", R"({"owner": 1, "payload": ""})", R"({"owner": "x", "payload": ""})",
           R"({"owner": "{D487D723-FD8C-4106-9023-5620AEA0A885}"})",
@@ -262,6 +269,8 @@ TEST_F(PresetFile, AnythingElseIsNoPreset) {
         write(text);
         EXPECT_THAT(refusal(), testing::EndsWith("is no preset file")) << text;
     }
+    write(std::string(2'000'000, ' ') + R"({"owner": "{D487D723-FD8C-4106-9023-5620AEA0A885}", "payload": ""})");
+    EXPECT_THAT(refusal(), testing::EndsWith("is no preset file")) << "far too long";
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "host/chain/layout_text.h"
+#include "host/audio/layout_text.h"
 #include "host/chain/level_meter.h"
 #include "host/module/guid_text.h"
 #include "host/module/hex_text.h"

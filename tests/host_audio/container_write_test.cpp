@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <limits>
 
 namespace host {
 namespace {
@@ -181,7 +182,52 @@ TEST_F(Containers, FormatsThatAContainerHasNotAreRefusedByName) {
     EXPECT_NE(refusal("a.mp3", {96000, 2, 0x3}).find("MP3 cannot hold 96000 Hz"), std::string::npos);
     EXPECT_EQ(refusal("a.flac", {48000, 6, 0x60F}),
               (folder / "a.flac").string() +
-                  ": FLAC cannot record the channel mask 0x60F; it would be read back as 0x3F");
+                  ": FLAC cannot record 5.1 (side); it would be read back as 5.1: write .wav, or add -e "
+                  "layout_converter:mask=5.1");
+    const struct {
+        audio_format format;
+        const char* advice;
+    } cases[]{
+        {{48000, 4, 0x603}, "read back as quad: write .wav, or add -e layout_converter:mask=quad"},
+        {{48000, 7, 0x13F}, "read back as 6.1: write .wav, or add -e layout_converter:mask=6.1"},
+        {{48000, 3, 0xB}, "read back as 3.0: write .wav"}, // a 3.0 would lose the low frequencies
+        {{48000, 6, 0x43B}, "read back as 5.1: write .wav"},
+        {{48000, 4, 0x423}, "read back as quad: write .wav"}, // one back and one side speaker
+    };
+    for (const auto& [format, advice] : cases) {
+        EXPECT_TRUE(refusal("a.flac", format).ends_with(advice)) << refusal("a.flac", format);
+    }
+}
+
+/// What is no number, or far above all full scales, ends the process or spoils the frames around it in an encoder.
+TEST_F(Containers, LossyFilesTakeAnySample) {
+    constexpr double limit = 16.0;
+    const std::vector<double> quiet = testing_support::noise(40'000, 0.1);
+    for (const double wild : {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), -1e10,
+                              1e300, 17.0, 16.0}) {
+        std::vector<double> samples = quiet;
+        std::fill_n(samples.begin() + 20'000, 200, wild);
+        std::vector<double> tame = quiet;
+        std::fill_n(tame.begin() + 20'000, 200, std::isnan(wild) ? 0.0 : std::clamp(wild, -limit, limit));
+        for (const char* const file : {"a.mp3", "a.ogg"}) {
+            write_audio(folder / file, {{48000, 2, 0x3}, samples});
+            const std::vector<double> read = read_audio(folder / file).samples;
+            write_audio(folder / file, {{48000, 2, 0x3}, tame});
+            EXPECT_EQ(read, read_audio(folder / file).samples) << file << ' ' << wild;
+        }
+    }
+}
+
+TEST_F(Containers, LossyFilesKeepWhatIsAboveFullScale) {
+    for (const char* const file : {"a.mp3", "a.ogg"}) {
+        std::vector<double> samples = make_tones(1);
+        constexpr double peak = 15.0; // close below the limit
+        const double gain = peak / *std::max_element(samples.begin(), samples.end());
+        std::transform(samples.begin(), samples.end(), samples.begin(), [=](double sample) { return gain * sample; });
+        write_audio(folder / file, {{48000, 1, 0x4}, samples});
+        const std::vector<double> read = read_audio(folder / file).samples;
+        EXPECT_NEAR(*std::max_element(read.begin(), read.end()), peak, 0.05 * peak) << file;
+    }
 }
 
 TEST_F(Containers, IntegersAreTheSameInAllContainers) {

@@ -41,6 +41,48 @@ TEST_F(PendingFile, ReplacesTheFileThatHadTheName) {
     EXPECT_EQ(folder.entries(), 1U);
 }
 
+#ifndef _WIN32 // where a file has no such permissions, and links are for administrators
+TEST_F(PendingFile, KeepsThePermissionsOfTheFileThatItReplaces) {
+    using std::filesystem::perms;
+    for (const perms kept : {perms::owner_read | perms::owner_write, perms::owner_all | perms::group_read,
+                             perms::owner_read | perms::group_read | perms::others_read}) {
+        write_bytes(folder / "out.wav", "old");
+        std::filesystem::permissions(folder / "out.wav", kept);
+        pending_file file(folder / "out.wav");
+        EXPECT_EQ(std::filesystem::status(file.temporary()).permissions(), kept | perms::owner_write);
+        write_bytes(file.temporary(), "new");
+        file.commit();
+        EXPECT_EQ(read_bytes(folder / "out.wav"), "new");
+        EXPECT_EQ(std::filesystem::status(folder / "out.wav").permissions(), kept);
+        std::filesystem::permissions(folder / "out.wav", perms::owner_all);
+        std::filesystem::remove(folder / "out.wav");
+    }
+}
+
+TEST_F(PendingFile, GoesWhereALinkPointsTo) {
+    std::filesystem::create_directory(folder / "far");
+    std::filesystem::create_symlink("far/link.wav", folder / "out.wav");
+    std::filesystem::create_symlink("there.wav", folder / "far" / "link.wav");
+    for (const char* const content : {"first", "second"}) { // there is nothing yet, and then there is
+        pending_file file(folder / "out.wav");
+        EXPECT_EQ(file.temporary().parent_path(), folder / "far");
+        write_bytes(file.temporary(), content);
+        file.commit();
+        EXPECT_TRUE(std::filesystem::is_symlink(folder / "out.wav"));
+        EXPECT_TRUE(std::filesystem::is_symlink(folder / "far" / "link.wav"));
+        EXPECT_EQ(read_bytes(folder / "far" / "there.wav"), content);
+    }
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder / "far"), {}), 2);
+}
+
+TEST_F(PendingFile, ALinkThatPointsToItselfIsAnError) {
+    std::filesystem::create_symlink("out.wav", folder / "out.wav");
+    EXPECT_EQ(thrown_text<audio_error>([&] { pending_file{folder / "out.wav"}; }),
+              (folder / "out.wav").string() + ": no file can be written there: Too many levels of symbolic links");
+    EXPECT_EQ(folder.entries(), 1U);
+}
+#endif
+
 TEST_F(PendingFile, WithoutACommitLeavesAllAsItWas) {
     write_bytes(folder / "out.wav", "old");
     {

@@ -68,19 +68,27 @@ def test_damage_in_the_middle_of_a_track(host, folder):
 
 @pytest.mark.parametrize("arguments, reason", [
     (["-e", "Frobnicate"], 'no effect is called "Frobnicate"'),
-    (["-e", ""], 'no effect is called ""'),
+    (["-e", ""], "the name of an effect is empty"),
+    (["-e", ":strength=1"], "the name of an effect is empty"),
+    (["-e", "meier:power=1"], 'Meier Crossfeed: there is no setting "power"'),
     (["-e", "{45BAE3C0-10B1-4008-BAAC-C5E6CEB06BA3}"], "no effect is called"),
     (["-e", "reverse,reverse"], "no effect is called"),
     (["-e", "two\nlines"], 'no effect is called "two?lines"'),
     (["-e", "downmix"], '"downmix" could be "Downmix channels to mono", "Downmix channels to stereo"'),
-    (["-e", "reverse stereo", "--preset", "0"], '--preset "0" is not'),
+    (["-e", "reverse stereo", "--preset", "0"], '--preset "0" has half a byte too many'),
     (["-e", "reverse stereo", "--preset", "0x00"], '--preset "0x00" is not'),
+    (["-e", "reverse stereo", "--preset", "0 0"], '--preset "0 0" is not'),
     (["-e", "reverse stereo", "--preset", "0G"], '--preset "0G" is not'),
     (["-e", "reverse stereo", "--preset", "00,00"], '--preset "00,00" is not'),
-    (["-e", "reverse stereo", "--preset", "00"], '"Reverse stereo channels" refuses the preset'),
+    (["-e", "reverse stereo", "--preset", "00"], 'the preset does not fit the effect "Reverse stereo channels"'),
+    (["-e", "reverse stereo", "--preset", "@hard.json"],
+     'hard.json is a preset of another effect than "Reverse stereo channels"'),
+    (["-e", "reverse stereo", "--preset", "@missing.json"], "missing.json: there is no such file"),
+    (["-e", "reverse stereo", "--preset", "@in.wav"], "in.wav: is no preset file"),
+    (["-e", "reverse stereo", "--preset", "@"], '--preset "@" names no file'),
 ])
-@pytest.mark.usefixtures("folder")
-def test_an_effect_that_cannot_be_had(host, arguments, reason):
+def test_an_effect_that_cannot_be_had(host, folder, arguments, reason):
+    (folder / "hard.json").write_text('{"owner": "{CB592C20-2E33-4972-925F-3FBB6BDBA9BF}", "payload": ""}')
     host.assert_fails("process", "in.wav", *TO_OUT, *arguments, reason=reason)
 
 
@@ -94,6 +102,7 @@ def test_an_effect_that_cannot_be_had(host, arguments, reason):
     pytest.param("/proc/out.wav", "no file can be written there", marks=native),
     pytest.param("/proc/out.flac", "no file can be written there", marks=native),
     *([("out.flac", "is not a name of a file that can be written here")] if IS_WINDOWS else []),
+    *([(name, "is not a name that a file can have") for name in ("bad<name>.wav", "CON.wav")] if IS_WINDOWS else []),
 ])
 def test_an_output_that_cannot_be_made(host, folder, output, reason):
     (folder / "folder.wav").mkdir()
@@ -114,10 +123,19 @@ def test_an_encoding_that_the_container_cannot_hold(host, output, bits, reason):
 
 
 @native
+@pytest.mark.parametrize("output, name", [("out.ogg", "Ogg Vorbis"), ("out.mp3", "MP3")])
+def test_a_rate_that_the_container_cannot_hold(host, folder, output, name):
+    write(folder / "fast.wav", noise(100, 2), rate_hz=384000)
+    host.assert_fails("process", "fast.wav", "-o", output, reason=f"{output}: {name} cannot hold 384000 Hz")
+
+
+@native
 @pytest.mark.parametrize("output", ["out.flac", "out.ogg"])
 def test_speakers_that_the_container_cannot_record(host, folder, output):
     write(folder / "side.wav", noise(100, 6), layout="5.1(side)")
-    host.assert_fails("process", "side.wav", "-o", output, reason=f"{output}: ")
+    advice = "-e", "layout_converter:mask=5.1"
+    host.assert_fails("process", "side.wav", "-o", output, reason=" ".join(advice))
+    host.process("side.wav", *advice, output=output)
 
 
 def limit_file_size():
@@ -144,7 +162,8 @@ FORMATS = {
 @pytest.mark.parametrize("name, change", [
     ("mono.wav", "from 44100 Hz, stereo to 44100 Hz, mono after 0.113 s"),
     ("quad.wav", "from 44100 Hz, stereo to 44100 Hz, quad after 0.113 s"),
-    ("48k.wav", "from 44100 Hz, stereo to 48000 Hz, stereo after 0.113 s"),
+    ("48k.wav", "from 44100 Hz, stereo to 48000 Hz, stereo after 0.113 s; one file holds one rate and layout: a "
+                "resampler brings all to one rate, as -e ssrc:rate=44100 does"),
 ])
 def test_a_change_of_format_in_one_output(host, folder, name, change):
     write(folder / name, **FORMATS[name])
@@ -173,6 +192,12 @@ def test_a_module_that_is_none(host, folder, command, module, reason):
     host.assert_fails(*command, "--module", module, reason=reason)
 
 
+@native
+def test_a_path_is_told_once(host):
+    host.assert_fails("list", "--module", "missing.so", reason="the module missing.so: cannot open shared object file")
+
+
 def test_no_module_beside_the_program(host, folder):
     alone = shutil.copy(PROGRAM, folder)
-    Host(folder, alone).assert_fails("list", reason="cannot load the module")
+    Host(folder, alone).assert_fails("list", reason="there is no module")
+    Host(folder, alone).assert_fails("list", reason="; --module names another")

@@ -52,6 +52,18 @@ def test_a_signal_ends_the_work_and_leaves_nothing(host, folder, number, earlier
         assert (folder / "out.wav").read_bytes() == earlier
 
 
+def test_a_signal_that_the_program_was_started_to_ignore_stays_ignored(host, folder):
+    with subprocess.Popen(command(host.program, WORK), cwd=folder, stderr=subprocess.PIPE,
+                          preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN)) as work:
+        wait_until(lambda: is_writing(folder))
+        work.send_signal(signal.SIGHUP)
+        with pytest.raises(subprocess.TimeoutExpired):
+            work.wait(0.2)
+        work.terminate()
+        assert work.communicate(timeout=LONGEST_RUN_S)[1].decode() == INTERRUPTED + "\n"
+    assert work.returncode == 130
+
+
 def test_control_c_ends_the_work(host, folder):
     terminal = Terminal(host, *WORK)
     while not is_writing(folder):

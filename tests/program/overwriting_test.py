@@ -39,6 +39,21 @@ def test_an_input_given_by_a_link_is_not_overwritten(host, folder, given):
     host.assert_fails("process", given, "-o", "in.wav", reason="in.wav is an input")
 
 
+@pytest.mark.native
+@pytest.mark.parametrize("is_there", [True, False])
+def test_a_link_stays_one_and_its_file_keeps_its_mode(host, folder, is_there):
+    target = folder / "sub" / "out.wav"
+    if is_there:
+        target.write_bytes(b"of an earlier run")
+        target.chmod(0o600)
+    os.symlink("sub/out.wav", folder / "out.wav")
+    host.process("in.wav")
+    assert os.readlink(folder / "out.wav") == "sub/out.wav"
+    assert [path.name for path in target.parent.iterdir()] == ["out.wav"]
+    assert target.read_bytes().startswith(b"RIFF")
+    assert not is_there or target.stat().st_mode & 0o777 == 0o600
+
+
 @pytest.mark.usefixtures("folder")
 def test_a_namesake_in_another_folder_is_another_file(host):
     host.process("in.wav", output="sub/in.wav")

@@ -214,7 +214,8 @@ def test_a_preset_belongs_to_the_effect_before_it(host):
         arguments = []
         for effect, preset in effects.items():
             arguments += ["-e", effect, *(["--preset", "0A0b"] if effect == refusing else preset)]
-        host.assert_fails("process", "in.wav", *arguments, "-o", "out.wav", reason=f'"{refusing}" refuses the preset')
+        host.assert_fails("process", "in.wav", *arguments, "-o", "out.wav",
+                          reason=f'the preset does not fit the effect "{refusing}"')
 
 
 def test_another_module_can_be_named(host):

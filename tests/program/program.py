@@ -94,6 +94,8 @@ class Host:
         before = contents_of(self.folder)
         answer = self.run(*arguments)
         assert answer.exit_code == 2, answer
+        assert len(answer.errors.splitlines()) == 1, answer
+        assert answer.errors.startswith("kelvane-host: "), answer
         assert reason in answer.errors
         assert "--help" in answer.errors
         assert not answer.output

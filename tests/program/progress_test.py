@@ -21,6 +21,9 @@ def test_a_terminal_shows_the_progress_while_there_is_some(host):
         assert percent == pytest.approx(seconds / (2 ** 26 / 176400) * 100, abs=1.0)
         assert bar == pytest.approx(percent / 100 * 40, abs=1.0)
     assert visible_lines(terminal.shown) == []
+    # What wipes the bar would leave a line of its own where the terminal is no wider than the bar.
+    parts = terminal.shown.split("\r")
+    assert max(map(len, parts)) == max(len(part) for part in parts if part.startswith("["))
 
 
 def test_without_a_terminal_there_is_no_progress(host):

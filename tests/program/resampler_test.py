@@ -104,4 +104,29 @@ def test_a_rate_that_the_other_resampler_does_not_take_is_said(host):
     host.assert_fails("process", "in.wav", "-o", "out.wav", "-e", "ssrc:rate=999",
                       reason='rate takes 1000 to 20000000, not "999"')
     host.assert_fails("process", "in.wav", "-o", "out.wav", "-e", "ssrc", "--preset", "E7030000",
-                      reason="Unsupported format or corrupted file")
+                      reason='the preset does not fit the effect "Resampler (dBpoweramp/SSRC)"')
+
+
+@pytest.mark.parametrize("target_hz, warning", [
+    (20000000, "Resampler (dBpoweramp/SSRC): cannot convert 44100 Hz to 20000000 Hz\n"),
+    (48000, ""),
+    (44100, ""),
+])
+def test_a_conversion_that_is_not_made_is_warned_of(host, target_hz, warning):
+    for name in ("1.wav", "2.wav"):
+        write(host.folder / name, noise(500, 2))
+    answer = host.run("process", "1.wav", "2.wav", "-o", "out.wav", "-e", f"ssrc:rate={target_hz}")
+    assert (answer.exit_code, answer.errors) == (0, warning)
+    assert (read(host.folder / "out.wav").rate_hz == target_hz) == (not warning)
+
+
+@pytest.mark.parametrize("effect", ["ssrc", "retro"])
+def test_settings_that_went_into_the_exclusions_are_warned_of(host, effect):
+    write(host.folder / "1.wav", noise(500, 2))
+    write(host.folder / "2.wav", noise(500, 2), rate_hz=48000)
+    step = f"{effect}:exclude=abc,rate=44100"
+    answer = host.run("process", "1.wav", "2.wav", "-o", "out.wav", "-e", step)
+    assert answer.exit_code == 0
+    assert answer.errors.count('exclude takes all that is behind it, here "abc,rate=44100"') == 1
+    step = f"{effect}:rate=44100,exclude=96000"
+    assert host.run("process", "1.wav", "2.wav", "-o", "out.wav", "-e", step).errors == ""

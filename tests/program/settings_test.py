@@ -34,12 +34,15 @@ def test_a_layout_is_told_by_name_or_mask(host):
 
 
 @pytest.mark.parametrize("arguments, reason", [
-    (["preset", "make", "file.json", "layout_limiter", "mask=9.9"], "mask takes mono, stereo, "),
+    (["preset", "make", "file.json", "layout_limiter", "mask=9.9"], "layout_limiter: mask takes mono, stereo, "),
     (["configure", "layout_limiter"], '"layout_limiter" has no settings dialog'),
-    (["preset", "make", "file.json", "meier", "strength=loud"], 'strength takes'),
+    (["preset", "make", "file.json", "meier", "strength=loud"], 'Meier Crossfeed: strength takes'),
     (["preset", "make", "file.json", "meier", "power=1"], 'there is no setting "power"'),
     (["preset", "make", "file.json", "hard", "strength=1"], "the effect has no settings"),
-    (["preset", "show", "missing.json"], "missing.json: cannot be read"),
+    (["preset", "show", "missing.json"], "missing.json: there is no such file"),
+    (["preset", "show", "."], ".: is a folder"),
+    (["preset", "edit", ".", "strength=1"], ".: is a folder"),
+    (["settings", "meier", "."], ".: is a folder"),
     (["preset", "make", "no/folder/file.json", "meier"], "no/folder/file.json: no file can be written there"),
     (["configure", "hard"], '"Hard -6dB limiter" has no settings dialog'),
 ])
@@ -54,7 +57,7 @@ def test_a_file_that_is_there_is_not_made_anew(host):
 
 @pytest.mark.native
 def test_configure_says_where_there_are_no_dialogs(host):
-    host.assert_fails("configure", "meier", reason='"Meier Crossfeed" failed: Feature not implemented')
+    host.assert_fails("configure", "meier", reason='the dialog of "Meier Crossfeed" exists on Windows; `preset edit`')
 
 
 def test_a_preset_of_another_effect_is_no_preset_of_this_one(host):
@@ -74,6 +77,20 @@ def test_a_strength_that_diverges_at_the_rate_is_warned_of(host, strength, warns
 def test_the_whole_chain_is_known_before_an_input_is_opened(host):
     host.assert_fails("process", "missing.wav", "-o", "out.wav", "-e", "meier", "-e", "wrong",
                       reason='no effect is called "wrong"')
+
+
+def test_a_chain_takes_a_preset_file(host):
+    write(host.folder / "in.wav", noise(500, 2))
+    host.output_of("preset", "make", "file.json", "meier", "strength=9000")
+    by_words = host.process("in.wav", "-e", "meier:strength=9000").read_bytes()
+    assert host.process("in.wav", "-e", "meier", "--preset", "@file.json").read_bytes() == by_words
+    assert host.process("in.wav", "-e", "meier:strength=9000", "--preset", "@file.json").read_bytes() == by_words
+    assert host.process("in.wav", "-e", "meier").read_bytes() != by_words
+
+
+def test_a_wrong_change_of_a_preset_file_names_the_file(host):
+    host.output_of("preset", "make", "file.json", "meier")
+    host.assert_fails("preset", "edit", "file.json", "power=1", reason='file.json: there is no setting "power"')
 
 
 def test_a_chain_takes_settings_behind_the_effect(host):

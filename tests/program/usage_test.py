@@ -1,5 +1,7 @@
 """The command line: help, and what is wrong with one."""
 
+import re
+
 import pytest
 from audio import noise, write
 
@@ -8,7 +10,8 @@ OPTIONS = {
     (): ["list", "info", "process"],
     ("list",): ["--module", "--json"],
     ("info",): ["--module", "--json"],
-    ("process",): ["IN", "--output", "--effect", "--preset", "--bits", "{16,24,32,f32,f64}", "--block", "--module"],
+    ("process",): ["IN", "--output", "--effect", "--preset", "@FILE", "`preset show`", "--bits",
+                   "{16,24,32,f32,f64}", "--block", "--module"],
 }
 
 
@@ -24,9 +27,15 @@ PROCESS = ["process", "in.wav", "-o", "out.wav"]
 
 
 @pytest.mark.parametrize("arguments, reason", [
-    ([], "subcommand is required"),
-    (["play"], "subcommand is required"),
-    (["--frobnicate"], "subcommand is required"),
+    ([], "a command is missing"),
+    (["play"], 'there is no command "play"'),
+    (["--frobnicate"], 'there is no option "--frobnicate"'),
+    (["preset"], "a command is missing"),
+    (["preset", "print"], 'there is no command "print"'),
+    (["list", "--module", ""], "--module: the file name is empty"),
+    (["preset", "show", ""], "FILE: the file name is empty"),
+    (["process", "", "-o", "out.wav"], "IN: the file name is empty"),
+    (["process", "in.wav", "-o", ""], "--output: the file name is empty"),
     (["list", "--frobnicate"], "--frobnicate"),
     (["list", "more"], "more"),
     (["list", "info"], "info"),
@@ -55,6 +64,10 @@ def test_a_wrong_command_line_does_nothing(host, arguments, reason):
     write(host.folder / "in.wav", noise(10, 2))
     (host.folder / "out.wav").write_bytes(b"of an earlier run")
     host.assert_misused(*arguments, reason=reason)
+
+
+def test_the_version_is_told(host):
+    assert re.fullmatch(r"kelvane-host \d+\.\d+\n", host.output_of("--version"))
 
 
 def test_the_largest_block_is_allowed(host):

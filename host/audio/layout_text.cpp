@@ -1,11 +1,11 @@
-#include "host/chain/layout_text.h"
+#include "host/audio/layout_text.h"
 
 #include "velmora/layout_names.h"
 
 #include <algorithm>
 #include <bit>
-#include <fmt/format.h>
 #include <iterator>
+#include <sstream>
 
 namespace host {
 
@@ -17,11 +17,14 @@ std::string layout_text(std::uint32_t channels, std::uint32_t channel_mask) {
     if (found != end && static_cast<std::uint32_t>(std::popcount(channel_mask)) == channels) {
         return found->name;
     }
-    return fmt::format("{} channel{} (mask 0x{:X})", channels, channels == 1 ? "" : "s", channel_mask);
+    std::ostringstream text;
+    text << channels << (channels == 1 ? " channel" : " channels");
+    text << " (mask 0x" << std::hex << std::uppercase << channel_mask << ')';
+    return text.str();
 }
 
 std::string format_text(const audio_format& format) {
-    return fmt::format("{} Hz, {}", format.sample_rate_hz, layout_text(format.channels, format.channel_mask));
+    return std::to_string(format.sample_rate_hz) + " Hz, " + layout_text(format.channels, format.channel_mask);
 }
 
 } // namespace host

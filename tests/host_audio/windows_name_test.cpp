@@ -1,0 +1,24 @@
+#include "host/audio/windows_name.h"
+
+#include <gtest/gtest.h>
+
+namespace host {
+namespace {
+
+TEST(WindowsName, KnowsWhatAFileMayBeCalled) {
+    for (const char* const name : {"a.wav", "a", ".wav", "two words.wav",
+                                   "Gr\xC3\xBC\xC3\x9F"
+                                   "e.wav",
+                                   "icon.wav", "con1.wav", "com0.wav", "com10.wav", "com.wav", "console", "a.con"}) {
+        EXPECT_TRUE(is_windows_file_name(name)) << name;
+    }
+    for (const char* const name :
+         {"",         ".",   "..",        "a.",       "a ",        "bad<name>.wav", "a:b.wav",
+          "a\"b.wav", "a/b", "a\\b",      "a|b",      "what?.wav", "*.wav",         "tab\t.wav",
+          "CON.wav",  "con", "Prn.x.wav", "aux .wav", "nul.wav",   "COM1.wav",      "lpt9"}) {
+        EXPECT_FALSE(is_windows_file_name(name)) << name;
+    }
+}
+
+} // namespace
+} // namespace host
