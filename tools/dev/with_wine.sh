@@ -8,6 +8,9 @@ if [[ -z ${KELVANE_FIXED_ADDRESSES:-} ]] && setarch --addr-no-randomize true 2>/
     KELVANE_FIXED_ADDRESSES=1 exec setarch --addr-no-randomize "$0" "$@"
 fi
 
+# By the locale Wine decides which file names there are: without UTF-8 it has none for most of the world's letters.
+export LC_ALL=C.UTF-8
+
 # A server that is still there from an earlier call would go on with that call's X server, or with none.
 end_server() {
     wineserver -k || true # fails when there is none
