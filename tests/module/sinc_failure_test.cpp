@@ -48,12 +48,6 @@ std::vector<failing_call> failing_calls() {
     };
 }
 
-void append(strict_list& list, const programme& blocks) {
-    for (const stretch& block : blocks) {
-        list.append(block.samples, block.format);
-    }
-}
-
 programme play_to_the_end(velmora::effect_instance& effect) {
     random_source random(5);
     return play(effect, noises({stereo, mono}, 4000), {1500, 2}, end_of_playback, random);
