@@ -90,7 +90,7 @@ TEST(Downmix, WhatIsNoFiniteNumberReachesTheOtherSideToo) {
     for (const double strange : {infinity, -infinity, std::numeric_limits<double>::quiet_NaN()}) {
         const std::vector<double> out = mix<2>(0x3, {strange, 0.25, 0.5, 0.75});
         EXPECT_FALSE(std::isfinite(out[0])) << strange;
-        EXPECT_TRUE(std::isnan(out[1])) << strange; // strange × 0.0 is in the sum
+        EXPECT_TRUE(std::isnan(out[1])) << strange; // strange x 0.0 is in the sum
         EXPECT_EQ(out[2], 0.5);
         EXPECT_EQ(out[3], 0.75);
     }

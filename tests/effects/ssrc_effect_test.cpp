@@ -2,8 +2,8 @@
 
 #include "frame/exceptions.h"
 #include "frame/instances.h"
-#include "tests/resampler_ssrc/allocations.h"
 #include "tests/resampler_ssrc/conversions.h"
+#include "tests/support/allocations.h"
 #include "tests/support/recycling_list.h"
 #include "tests/support/signals.h"
 #include "tests/support/strict_block.h"

@@ -3,7 +3,7 @@
 #include "frame/exceptions.h"
 #include "frame/payload_writer.h"
 #include "frame/preset_payload.h"
-#include "tests/resampler_ssrc/allocations.h"
+#include "tests/support/allocations.h"
 #include "tests/support/failing_preset.h"
 #include "tests/support/recording_preset.h"
 #include "tests/support/thrown_text.h"

@@ -3,7 +3,7 @@
 #include "frame/exceptions.h"
 #include "frame/limited_reader.h"
 #include "frame/never_abort.h"
-#include "tests/resampler_ssrc/allocations.h"
+#include "tests/support/allocations.h"
 #include "tests/support/memory_stream.h"
 #include "tests/support/thrown_text.h"
 

@@ -1,7 +1,7 @@
 #include "effects/resampler_ssrc/ssrc_converter.h"
 #include "frame/exceptions.h"
-#include "tests/resampler_ssrc/allocations.h"
 #include "tests/resampler_ssrc/conversions.h"
+#include "tests/support/allocations.h"
 #include "tests/support/signals.h"
 
 #include <gtest/gtest.h>

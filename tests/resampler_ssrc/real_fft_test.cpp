@@ -1,7 +1,7 @@
 #include "effects/resampler_ssrc/real_fft.h"
 
-#include "tests/resampler_ssrc/allocations.h"
 #include "tests/resampler_ssrc/slow_transform.h"
+#include "tests/support/allocations.h"
 #include "tests/support/signals.h"
 
 #include <gtest/gtest.h>

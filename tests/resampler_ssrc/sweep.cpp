@@ -1,6 +1,6 @@
 // kelvane-fft-sweep: measures the converter at all pairs of the common rates and a long stream. Prints Markdown.
-#include "tests/resampler_ssrc/allocations.h"
 #include "tests/resampler_ssrc/measurements.h"
+#include "tests/support/allocations.h"
 
 #include <algorithm>
 #include <atomic>

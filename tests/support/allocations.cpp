@@ -1,4 +1,4 @@
-#include "tests/resampler_ssrc/allocations.h"
+#include "tests/support/allocations.h"
 
 #include <atomic>
 #include <cstddef>
@@ -38,13 +38,11 @@ void give_back(void* memory) noexcept {
 }
 
 void* plain(std::size_t bytes) noexcept {
-    note_request(bytes);
     return counted(std::malloc(bytes == 0 ? 1 : bytes));
 }
 
 /// Room for the way back to what the system gave lies in front of the aligned block.
 void* aligned(std::size_t bytes, std::size_t alignment) noexcept {
-    note_request(bytes);
     void* whole = std::malloc(bytes + alignment + sizeof(void*));
     if (whole == nullptr) {
         return nullptr;
@@ -83,18 +81,22 @@ void* or_throw(void* memory) {
 } // namespace
 
 void* operator new(std::size_t bytes) {
+    note_request(bytes);
     return or_throw(plain(bytes));
 }
 
 void* operator new(std::size_t bytes, std::align_val_t alignment) {
+    note_request(bytes);
     return or_throw(aligned(bytes, static_cast<std::size_t>(alignment)));
 }
 
 void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
+    note_request(bytes);
     return is_refused(bytes) ? nullptr : plain(bytes);
 }
 
 void* operator new(std::size_t bytes, std::align_val_t alignment, const std::nothrow_t&) noexcept {
+    note_request(bytes);
     return is_refused(bytes) ? nullptr : aligned(bytes, static_cast<std::size_t>(alignment));
 }
 
