@@ -34,7 +34,7 @@ INCLUDABLE_FOLDERS = {
     "quillet": {"velmora", "quillet"},
     "frame": {"velmora", "quillet", "frame"},
     "effects": {"velmora", "quillet", "frame", "effects", "resources"},
-    "host": {"velmora", "quillet", "host"},
+    "host": {"velmora", "host"},
 }
 # What the settings of an effect, and the words for them, may include of the frame: the host links both, and of the
 # frame it links the target `payload` alone.

@@ -16,7 +16,7 @@ LINKABLE_IN_FOLDER = {
     "frame": {"velmora", "quillet", "payload", "comctl32"},
     "effects": {"velmora", "quillet", "payload", "frame"} | EFFECT_LIBRARIES,
     # The host tells of settings in words. They lead to the payloads, and to nothing else of the frame.
-    "host": {"velmora", "quillet", "effect_settings"} | HOST_LIBRARIES | SYSTEM_LIBRARIES_OF_HOST,
+    "host": {"velmora", "effect_settings"} | HOST_LIBRARIES | SYSTEM_LIBRARIES_OF_HOST,
 }
 # What holds for single targets, in place of their folder's line.
 LINKABLE_BY_TARGET = {
@@ -27,6 +27,7 @@ LINKABLE_BY_TARGET = {
 }
 
 COMMENT = re.compile(r"#[^\n]*")
+HIDDEN_LINK_CALL = re.compile(r"\blink_libraries\s*\(|\bLINK_LIBRARIES\b")
 LINK_CALL = re.compile(r"target_link_libraries\s*\(\s*(\S+)([^)]*)\)", re.IGNORECASE)
 
 
@@ -40,6 +41,8 @@ def link_faults(path, text):
     folder = PurePosixPath(path).parts[0]
     if PurePosixPath(path).name != "CMakeLists.txt" or folder not in LINKABLE_IN_FOLDER:
         return
+    for call in HIDDEN_LINK_CALL.finditer(without_comments(text)):
+        yield text.count("\n", 0, call.start()) + 1, "targets are linked by target_link_libraries alone"
     for call in LINK_CALL.finditer(without_comments(text)):
         target = call[1]
         linkable = LINKABLE_BY_TARGET.get(target, LINKABLE_IN_FOLDER[folder])

@@ -97,7 +97,6 @@ ALLOWED_INCLUDES = [
     ("effects/rates/rate_settings.cpp", '"frame/rate_exclusion.h"'),
     ("effects/rates/rate_settings.cpp", '"velmora/guid.h"'),
     ("host/program/main.cpp", '"host/chain/album.h"'),
-    ("host/program/main.cpp", '"quillet/quillet.h"'),
     ("host/program/main.cpp", '"effects/rates/rate_settings.h"'),
     ("tests/frame/blocks_test.cpp", '"host/chain/album.h"'),
     ("tests/frame/blocks_test.cpp", '"tests/support/block.h"'),
@@ -110,6 +109,7 @@ SSRC = "effects/resampler_ssrc/ssrc"
 FORBIDDEN_INCLUDES = [
     ("velmora/guid.cpp", "<cstdint>", "velmora stands on <stddef.h> and <stdint.h> alone, not on cstdint"),
     ("velmora/guid.cpp", '"quillet/quillet.h"', "velmora does not include quillet/quillet.h"),
+    ("host/program/main.cpp", '"quillet/quillet.h"', "host does not include quillet/quillet.h"),
     ("quillet/quillet.cpp", '"frame/blocks.h"', "quillet does not include frame/blocks.h"),
     ("frame/blocks.cpp", '"effects/fft/fft.h"', "frame does not include effects/fft/fft.h"),
     ("frame/blocks.cpp", '"host/chain/album.h"', "frame does not include host/chain/album.h"),
@@ -195,3 +195,12 @@ def test_allows_links_along_the_dependencies(tmp_path, path, text):
 def test_finds_links_against_the_dependencies(tmp_path, path, target, linked):
     text = f"# Why.\nTARGET_LINK_LIBRARIES({target} PUBLIC # here\n    {linked})\n"
     assert faults_in(tmp_path, {path: text}) == [f"{path}:3: {target} does not link {linked}"]
+
+
+@pytest.mark.parametrize("text", [
+    "link_libraries(frame)\n",
+    "set_property(TARGET host_chain APPEND PROPERTY LINK_LIBRARIES frame)\n",
+])
+def test_finds_links_that_hide(tmp_path, text):
+    fault = "host/CMakeLists.txt:1: targets are linked by target_link_libraries alone"
+    assert faults_in(tmp_path, {"host/CMakeLists.txt": text}) == [fault]
