@@ -9,7 +9,7 @@ program=$PWD/build/windows/bin/kelvane-host.exe
 desktop=kelvane-pictures
 seconds_to_draw=5
 
-# Wine draws the cross of the close box in this font, which it finds among the prefix's fonts alone.
+# Wine draws the cross of the close box in this font, which it finds only among the prefix's own fonts.
 signs=/usr/share/wine/fonts/marlett.ttf
 
 offer_signs() {

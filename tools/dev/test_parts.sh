@@ -32,10 +32,6 @@ run_tests() {
 }
 
 # What the Windows program makes of music is held against what the native one makes of it.
-build_native_program() {
-    configure_variant native && cmake --build --preset native --target kelvane-host
-}
-
 run_windows_tests() {
     check "native program for the Windows tests" build_native_program
     run_tests windows env WINEPREFIX="$PWD/build/windows/wine" WINEDEBUG=-all xvfb-run -a tools/dev/with_wine.sh

@@ -27,6 +27,11 @@ build_variant() {
     configure_variant "$1" && cmake --build --preset "$1"
 }
 
+# The host program and what it loads, for commands that run it: no tests.
+build_native_program() {
+    configure_variant native && cmake --build --preset native --target kelvane-host
+}
+
 # The C++ files, each ended by a zero byte.
 cpp_files() {
     tools/project_files.py --null .h .cpp
