@@ -61,7 +61,7 @@ void register_case(const host::effect_entry& effect, const effect_case& measured
         }
         count_speed(state);
     };
-    benchmark::RegisterBenchmark((effect.name + "/" + measured.input.name).c_str(), run);
+    benchmark::RegisterBenchmark((effect.name + "/" + measured.input.name).c_str(), run)->UseRealTime();
 }
 
 void play_track(velmora::effect_instance& effect, refilled_block& block, std::uint32_t flags_at_end) {
@@ -82,7 +82,7 @@ void register_album(const host::effect_entry& effect) {
         }
         count_speed(state, 2 * track_blocks);
     };
-    benchmark::RegisterBenchmark((effect.name + "/stereo, two tracks").c_str(), run);
+    benchmark::RegisterBenchmark((effect.name + "/stereo, two tracks").c_str(), run)->UseRealTime();
 }
 
 } // namespace

@@ -49,7 +49,7 @@ void register_copy(const material& input) {
             benchmark::ClobberMemory();
         }
         count_speed(state);
-    });
+    })->UseRealTime();
 }
 
 void register_filter(const filter_peer& peer) {
@@ -60,7 +60,7 @@ void register_filter(const filter_peer& peer) {
             benchmark::DoNotOptimize(filter.run(samples));
         }
         count_speed(state);
-    });
+    })->UseRealTime();
 }
 
 void register_literal_limiter(const material& input) {
@@ -78,7 +78,7 @@ void register_literal_limiter(const material& input) {
             benchmark::ClobberMemory();
         }
         count_speed(state);
-    });
+    })->UseRealTime();
 }
 
 /// Two tracks, each from an input of its own, and a linear fade of the length that the crossfader has by default.
@@ -95,7 +95,7 @@ void register_acrossfade() {
             }
         }
         count_speed(state, 2 * track_blocks);
-    });
+    })->UseRealTime();
 }
 
 void register_copy_of_album() {
@@ -108,7 +108,7 @@ void register_copy_of_album() {
             }
         }
         count_speed(state, 2 * track_blocks);
-    });
+    })->UseRealTime();
 }
 
 } // namespace

@@ -28,7 +28,7 @@ void register_speed(const converter_kind& kind, const conversion& rates, const m
         const double seconds = static_cast<double>(state.iterations()) * block_frames / rates.input_hz;
         state.counters["x_real_time"] = benchmark::Counter(seconds, benchmark::Counter::kIsRate);
     };
-    benchmark::RegisterBenchmark(converter_table::benchmark_name(kind, rates, input.name).c_str(), run);
+    benchmark::RegisterBenchmark(converter_table::benchmark_name(kind, rates, input.name).c_str(), run)->UseRealTime();
 }
 
 void register_all(converter_table& table) {
