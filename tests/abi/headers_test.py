@@ -40,6 +40,13 @@ def test_it_compiles_for_microsoft_windows_on_the_freestanding_headers(header, s
     compile_alone([*interfaces.MICROSOFT, f"-std={standard}"], header)
 
 
+def test_what_compilers_spell_their_own_way_compiles_for_microsoft_windows(tmp_path):
+    # The compiler's own header is not to be had here.
+    (tmp_path / "intrin.h").write_text('extern "C" void __cpuid(int*, int), __cpuidex(int*, int, int);\n')
+    command = [*interfaces.MICROSOFT, "-std=c++20", f"-I{tmp_path}", *WARNINGS]
+    interfaces.compile_text(command, '#include "frame/compiler.h"\nbool has_avx2 = kelvane::processor_has_avx2();\n')
+
+
 def has_source(header):
     """Whether the header has a source, which includes it before all others."""
     return (interfaces.SOURCE / header).with_suffix(".cpp").exists()
