@@ -12,7 +12,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 
 # The run-time libraries go into each product: nothing has to be installed beside them. Their debug information, which
-# would be the larger half of it, stays out. The same sources give the same bytes: no time stamp.
+# would be the larger half of each, stays out. The same sources give the same bytes: no time stamp.
 set(product_flags "-static -Wl,--strip-debug,--no-insert-timestamp")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "${product_flags}")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "${product_flags}")

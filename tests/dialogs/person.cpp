@@ -37,11 +37,11 @@ LPARAM position_of(POINT at) {
     return MAKELPARAM(at.x, at.y);
 }
 
+} // namespace
+
 POINT middle_of(const RECT& area) {
     return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
 }
-
-} // namespace
 
 person::person(std::function<void(HWND)> acts)
     : thread_([acts = std::move(acts), dialog_thread = GetCurrentThreadId()] {

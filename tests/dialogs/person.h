@@ -23,6 +23,8 @@ private:
     std::thread thread_;
 };
 
+POINT middle_of(const RECT& area);
+
 /// Presses and releases a key over a control, through the queue, as the keyboard does.
 void press_key(HWND control, int key);
 

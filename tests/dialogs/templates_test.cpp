@@ -89,10 +89,6 @@ TEST(Templates, TheStrengthHasAPlaceholder) {
     EXPECT_EQ(text_in(made_from(DIALOG_CROSSFEED).get(), CROSSFEED_NUMBER), L"<number>");
 }
 
-POINT middle_of(const RECT& area) {
-    return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
-}
-
 POINT middle_of_working_area() {
     RECT area{};
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
