@@ -50,6 +50,9 @@ public:
     /// What a person should know of these settings at a sample rate; empty when there is nothing.
     virtual std::string warning(std::span<const std::byte> payload, std::uint32_t rate_hz) const = 0;
 
+    /// The rate in Hz that these settings want audio at `rate_hz` to leave with: the same, unless the effect converts.
+    virtual std::uint32_t wanted_rate_hz(std::span<const std::byte> payload, std::uint32_t rate_hz) const = 0;
+
     /// The payload with one field changed. Throws `setting_error`.
     virtual std::vector<std::byte> with(std::span<const std::byte> payload, std::string_view field,
                                         std::string_view value) const = 0;
@@ -71,8 +74,12 @@ public:
     /// What there is to say of settings at a sample rate in Hz, or nothing.
     using warner = std::function<std::string(const Settings&, std::uint32_t rate_hz)>;
 
-    explicit struct_words(std::vector<described_field<Settings>> fields, warner warn = nullptr)
-        : fields_(std::move(fields)), warn_(std::move(warn)) {}
+    /// What settings make of a sample rate, both in Hz.
+    using converter = std::function<std::uint32_t(const Settings&, std::uint32_t rate_hz)>;
+
+    explicit struct_words(std::vector<described_field<Settings>> fields, warner warn = nullptr,
+                          converter convert = nullptr)
+        : fields_(std::move(fields)), warn_(std::move(warn)), convert_(std::move(convert)) {}
 
     const velmora::guid& effect() const override { return Settings::identity; }
 
@@ -97,6 +104,10 @@ public:
 
     std::string warning(std::span<const std::byte> payload, std::uint32_t rate_hz) const override {
         return warn_ ? warn_(Settings::read(payload), rate_hz) : std::string();
+    }
+
+    std::uint32_t wanted_rate_hz(std::span<const std::byte> payload, std::uint32_t rate_hz) const override {
+        return convert_ ? convert_(Settings::read(payload), rate_hz) : rate_hz;
     }
 
     std::vector<std::byte> with(std::span<const std::byte> payload, std::string_view field,
@@ -124,6 +135,7 @@ private:
 
     std::vector<described_field<Settings>> fields_;
     warner warn_;
+    converter convert_;
 };
 
 /// "LOWEST to HIGHEST", as ranges are told.

@@ -1,8 +1,10 @@
 // The rates that a sample-rate converter leaves alone, in words.
 #pragma once
 
+#include "frame/rate_exclusion_list.h"
 #include "frame/settings_words.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -32,6 +34,13 @@ std::string warning_of_exclusions(const Settings& settings) {
         return "";
     }
     return "exclude takes all that is behind it, here \"" + settings.exclusions + "\"; other settings go before it";
+}
+
+/// The target rate, but for a rate that is excluded that rate. Both in Hz.
+template <class Settings>
+std::uint32_t wanted_rate_hz(const Settings& settings, std::uint32_t rate_hz) {
+    const bool is_left_alone = settings.excludes && is_excluded(parse_rate_exclusions(settings.exclusions), rate_hz);
+    return is_left_alone ? rate_hz : settings.target_rate_hz;
 }
 
 } // namespace kelvane

@@ -76,8 +76,8 @@ std::unique_ptr<settings_words> sinc_words() {
         exclude_field<sinc_settings>(),
     };
     return std::make_unique<struct_words<sinc_settings>>(
-        std::move(fields),
-        [](const sinc_settings& settings, std::uint32_t) { return warning_of_exclusions(settings); });
+        std::move(fields), [](const sinc_settings& settings, std::uint32_t) { return warning_of_exclusions(settings); },
+        wanted_rate_hz<sinc_settings>);
 }
 
 } // namespace kelvane

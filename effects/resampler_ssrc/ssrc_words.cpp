@@ -37,8 +37,8 @@ described_field<ssrc_settings> rate_field() {
 std::unique_ptr<settings_words> ssrc_words() {
     std::vector<described_field<ssrc_settings>> fields{rate_field(), exclude_field<ssrc_settings>()};
     return std::make_unique<struct_words<ssrc_settings>>(
-        std::move(fields),
-        [](const ssrc_settings& settings, std::uint32_t) { return warning_of_exclusions(settings); });
+        std::move(fields), [](const ssrc_settings& settings, std::uint32_t) { return warning_of_exclusions(settings); },
+        wanted_rate_hz<ssrc_settings>);
 }
 
 } // namespace kelvane

@@ -22,11 +22,11 @@ constexpr std::array<std::uint32_t, 16> full_rate_kbps{0,   32,  40,  48,  56,  
 constexpr std::array<std::uint32_t, 16> lower_rate_kbps{0,  8,  16, 24,  32,  40,  48,  56,
                                                         64, 80, 96, 112, 128, 144, 160, 0};
 
-std::size_t side_information_bytes(bool is_full_rate, bool is_single) {
+std::size_t side_information_bytes(bool is_full_rate, std::uint32_t channels) {
     if (is_full_rate) {
-        return is_single ? 17 : 32;
+        return channels == 1 ? 17 : 32;
     }
-    return is_single ? 9 : 17;
+    return channels == 1 ? 9 : 17;
 }
 
 } // namespace
@@ -41,10 +41,12 @@ std::optional<mpeg_frame> parse_mpeg_header(std::span<const std::byte> header) {
     if ((bits & sync_bits) != sync_bits || field(17, 3) != layer_3 || divisor * full_rate_hz * kbps == 0) {
         return std::nullopt;
     }
+    const std::uint32_t rate_hz = full_rate_hz / divisor;
+    const std::uint32_t channels = field(6, 3) == single_channel ? 1 : 2;
     const std::uint32_t frame_samples_in_bytes = is_full_rate ? 144 : 72; // 1152 or 576 samples, 8 bits a byte
-    const std::uint32_t size_bytes = frame_samples_in_bytes * kbps * 1000 / (full_rate_hz / divisor) + field(9, 1);
-    return mpeg_frame{size_bytes,
-                      mpeg_header_bytes + side_information_bytes(is_full_rate, field(6, 3) == single_channel)};
+    const std::uint32_t size_bytes = frame_samples_in_bytes * kbps * 1000 / rate_hz + field(9, 1);
+    return mpeg_frame{size_bytes, mpeg_header_bytes + side_information_bytes(is_full_rate, channels), rate_hz,
+                      channels};
 }
 
 } // namespace host

@@ -12,6 +12,8 @@ namespace host {
 struct mpeg_frame {
     std::uint64_t size_bytes;  ///< with the header
     std::size_t content_bytes; ///< how far into the frame its audio begins: behind the header and the side information
+    std::uint32_t sample_rate_hz;
+    std::uint32_t channels;
 };
 
 inline constexpr std::size_t mpeg_header_bytes = 4;

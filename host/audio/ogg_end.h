@@ -5,8 +5,9 @@
 
 namespace host {
 
-/// Whether the last page in the file is whole and is one that ends a stream. libsndfile takes a file without it for
-/// silence or for an endless one. What lies behind the page, as tags do, is passed over up to 64 KiB.
+/// Whether the last page in the file is whole and is one that ends a stream. A file that is cut between two pages looks
+/// like one whose encoder left the mark off, so both are without an end. What lies behind the page, as tags do, is
+/// passed over up to 64 KiB.
 bool has_ogg_end(binary_file& file);
 
 } // namespace host

@@ -70,7 +70,9 @@ pending_file::pending_file(std::filesystem::path target)
     if (!std::ofstream(temporary_, std::ios::binary)) {
         throw audio_error(target_, cannot_be_written(std::generic_category().message(errno)));
     }
-    if (permissions_) { // at once: what nobody else may read is not to be read while it is made either
+    // Before anything is in it. For that moment it has the permissions of any new file, and who opens it then can read
+    // what is written to it afterwards.
+    if (permissions_) {
         std::error_code ignored;
         std::filesystem::permissions(temporary_, *permissions_ | std::filesystem::perms::owner_write, ignored);
     }

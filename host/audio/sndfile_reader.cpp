@@ -1,9 +1,11 @@
 #include "host/audio/audio_error.h"
 #include "host/audio/cut_check.h"
 #include "host/audio/file_speakers.h"
+#include "host/audio/mpeg_declaration.h"
 #include "host/audio/sndfile_audio.h"
 #include "host/audio/sndfile_handle.h"
 #include "host/audio/sndfile_speakers.h"
+#include "host/audio/sndfile_stream.h"
 
 #include <algorithm>
 #include <limits>
@@ -38,16 +40,19 @@ std::string reason_not_opened() {
 
 /// A file that libsndfile takes, and what it tells of it.
 struct opened_sndfile {
-    explicit opened_sndfile(const std::filesystem::path& file) : path(file) {
-        handle.reset(sf_open(file.c_str(), SFM_READ, &info));
+    explicit opened_sndfile(binary_file& bytes) : path(bytes.path()) {
+        if (auto missing = missing_declaration(bytes)) {
+            stream = std::make_unique<sndfile_stream>(path, std::move(missing->frame), missing->audio_begin_bytes);
+        }
+        handle.reset(stream ? stream->open(info) : sf_open(path.c_str(), SFM_READ, &info));
         if (!handle) {
-            throw audio_error(file, reason_not_opened());
+            throw audio_error(path, reason_not_opened());
         }
         if (container() == SF_FORMAT_RAW) { // guessed from the name alone
-            throw audio_error(file, not_audio);
+            throw audio_error(path, not_audio);
         }
         if (channels() > most_channels) {
-            throw audio_error(file, "has " + std::to_string(channels()) + " channels; at most " +
+            throw audio_error(path, "has " + std::to_string(channels()) + " channels; at most " +
                                         std::to_string(most_channels) + " can be read");
         }
     }
@@ -66,6 +71,7 @@ struct opened_sndfile {
 
     std::filesystem::path path;
     SF_INFO info{};
+    std::unique_ptr<sndfile_stream> stream; ///< of a file that is not read as it is
     sndfile_handle handle;
 };
 
@@ -154,7 +160,7 @@ private:
 std::unique_ptr<audio_reader> open_sndfile(const std::filesystem::path& file) {
     binary_file bytes(file);
     check_is_not_cut(bytes);
-    opened_sndfile opened(file);
+    opened_sndfile opened(bytes);
     const speaker_list speakers = find_speakers(opened, bytes);
     return std::make_unique<sndfile_reader>(std::move(opened), speakers);
 }

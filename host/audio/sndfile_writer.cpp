@@ -21,9 +21,9 @@ namespace {
 
 constexpr std::size_t block_frames = 4096;
 
-/// 24 dB over full scale. The lossy formats keep what is above full scale, and who decodes to floating point can still
-/// turn it down; a sum of all speakers stays below this. What is far above, or no number, breaks their encoders: they
-/// end the process, or make noise of the frames around it.
+/// 24 dB over full scale, as loud as the sum of sixteen speakers can be. The lossy formats keep what is above full
+/// scale, and who decodes to floating point can still turn it down. What is far above, or no number, breaks their
+/// encoders: they end the process, or make noise of the frames around it.
 constexpr double most_lossy_magnitude = 16.0;
 
 double bounded(double sample) {

@@ -7,8 +7,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 namespace host {
 
 namespace {

@@ -18,19 +18,36 @@ namespace {
 
 constexpr auto footer = "Exit codes: 0 done; 1 the work could not be done; 2 wrong command line; 130 interrupted.";
 
+bool has(const std::string& text, std::string_view words) {
+    return text.find(words) != std::string::npos;
+}
+
+std::string fault_of_unknown(const std::string& word, bool is_command) {
+    if (word.starts_with('-')) {
+        return "there is no option \"" + word + '"';
+    }
+    return is_command ? "there is no command \"" + word + '"' : '"' + word + "\" is a word too many";
+}
+
+/// Of an option. The parser's text begins with its name.
+std::string fault_of_count(const std::string& text) {
+    const std::string name = text.substr(0, text.find(": "));
+    return name + (has(text, "At Most") ? " is there more than once" : " has nothing behind it");
+}
+
 /// The parser misses a command before it looks at the word that stands in its place.
 std::string fault_of(const CLI::App& program, const CLI::ParseError& wrong) {
+    const std::string text = wrong.what();
+    const auto kind = static_cast<CLI::ExitCodes>(wrong.get_exit_code());
     const auto unknown = program.remaining(true);
-    const bool misses_command = wrong.get_name() == "RequiredError" &&
-                                std::string_view(wrong.what()).find("subcommand") != std::string_view::npos;
-    if (!misses_command) {
-        return wrong.what();
-    }
-    if (unknown.empty()) {
+    const bool misses_command = kind == CLI::ExitCodes::RequiredError && has(text, "subcommand");
+    if (misses_command && unknown.empty()) {
         return "a command is missing";
     }
-    return (unknown.front().starts_with('-') ? "there is no option \"" : "there is no command \"") + unknown.front() +
-           '"';
+    if (misses_command || kind == CLI::ExitCodes::ExtrasError) {
+        return fault_of_unknown(unknown.front(), misses_command);
+    }
+    return kind == CLI::ExitCodes::ArgumentMismatch ? fault_of_count(text) : text;
 }
 
 int run(std::vector<std::string> arguments) {

@@ -6,10 +6,10 @@
 #include "host/platform/path_text.h"
 #include "host/program/commands.h"
 #include "host/program/console.h"
-#include "host/program/conversion_warning.h"
 #include "host/program/file_option.h"
 #include "host/program/given_preset.h"
 #include "host/program/module_option.h"
+#include "host/program/rate_conversion.h"
 #include "host/settings/step_text.h"
 #include "host/settings/worded_settings.h"
 
@@ -88,26 +88,37 @@ std::vector<chosen_effect> choose_effects(const effect_catalogue& catalogue, con
     return chosen;
 }
 
-/// The rates of the inputs, each once. Rates that a converter of the chain makes are not among them.
-std::set<std::uint32_t> input_rates_hz(const album_job& job) {
-    std::set<std::uint32_t> rates_hz;
+/// In Hz.
+using rate_set = std::set<std::uint32_t>;
+
+rate_set rates_of(const album_job& job) {
+    rate_set rates;
     for (const auto& input : job.inputs) {
-        rates_hz.insert(open_audio(input)->format().sample_rate_hz);
+        rates.insert(open_audio(input)->format().sample_rate_hz);
     }
-    return rates_hz;
+    return rates;
 }
 
-/// Each warning once, though it may hold at several rates.
-void warn_of(const std::vector<chosen_effect>& chosen, const std::set<std::uint32_t>& rates_hz) {
-    for (const auto& [effect, settings] : chosen) {
-        std::set<std::string> said{""}; // no warning is none to print
-        for (const std::uint32_t rate_hz : rates_hz) {
-            for (const auto& warning : {warning_of(settings, rate_hz), conversion_warning(effect, settings, rate_hz)}) {
-                if (said.insert(warning).second) {
-                    print_notice(fmt::format("{}: {}", effect.name, warning));
-                }
+/// Answers the rates behind the step. Prints each warning once, though it may hold at several rates.
+rate_set warn_of_step(const chosen_effect& step, const rate_set& rates) {
+    const auto& [effect, settings] = step;
+    rate_set behind;
+    std::set<std::string> said{""}; // no warning is none to print
+    for (const std::uint32_t rate_hz : rates) {
+        const auto [rate_behind_hz, no_conversion] = convert_rate(effect, settings, rate_hz);
+        for (const std::string& warning : {warning_of(settings, rate_hz), no_conversion}) {
+            if (said.insert(warning).second) {
+                print_notice(fmt::format("{}: {}", effect.name, warning));
             }
         }
+        behind.insert(rate_behind_hz);
+    }
+    return behind;
+}
+
+void warn_of(const std::vector<chosen_effect>& chosen, rate_set rates) {
+    for (const chosen_effect& step : chosen) {
+        rates = warn_of_step(step, rates);
     }
 }
 
@@ -151,7 +162,7 @@ void run(const CLI::App& command, const process_options& options) {
     const open_module opened(options.module_file, [&](std::string_view line) { bar.print_above(line); });
     const auto chosen = choose_effects(opened.catalogue, steps);
     effect_chain chain = build_chain(chosen);
-    warn_of(chosen, input_rates_hz(job));
+    warn_of(chosen, rates_of(job));
     const auto start = std::chrono::steady_clock::now();
     const album_report report =
         process_album(job, chain, abort, [&](double done_s, double total_s) { bar.show(done_s, total_s); });

@@ -84,6 +84,11 @@ std::string warning_of(const preset& settings, std::uint32_t rate_hz) {
     return words == nullptr ? "" : words->warning(settings.payload(), rate_hz);
 }
 
+std::uint32_t wanted_rate_hz(const preset& settings, std::uint32_t rate_hz) {
+    const kelvane::settings_words* const words = kelvane::find_settings_words(settings.owner());
+    return words == nullptr ? rate_hz : words->wanted_rate_hz(settings.payload(), rate_hz);
+}
+
 std::vector<std::byte> changed_payload(const kelvane::settings_words& words, std::vector<std::byte> payload,
                                        std::string_view assignments) {
     try {

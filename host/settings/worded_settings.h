@@ -37,6 +37,9 @@ std::vector<worded_field> describe_settings(const preset& settings);
 /// What a person should know of the settings at a sample rate; empty when there is nothing.
 std::string warning_of(const preset& settings, std::uint32_t rate_hz);
 
+/// The rate in Hz that the settings want audio at `rate_hz` to leave their effect with.
+std::uint32_t wanted_rate_hz(const preset& settings, std::uint32_t rate_hz);
+
 /// The payload with "field=value,field=value" applied, by the words of its effect. Throws `settings_text_error`.
 std::vector<std::byte> changed_payload(const kelvane::settings_words& words, std::vector<std::byte> payload,
                                        std::string_view assignments);

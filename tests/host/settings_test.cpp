@@ -100,6 +100,28 @@ TEST(WordedSettings, TellNameUnitRangeDefaultAndValue) {
     EXPECT_EQ(fields[0].value, "1500");
 }
 
+TEST(WordedSettings, TellTheRateThatTheyWant) {
+    const struct {
+        const char* effect;
+        const char* settings;
+        std::uint32_t rate_hz;
+        std::uint32_t wanted_hz;
+    } cases[]{{"ssrc", "rate=96000", 44100, 96000},
+              {"ssrc", "rate=96000,exclude=32000;44000-45000", 44100, 44100},
+              {"ssrc", "rate=96000,exclude=32000;44000-45000", 48000, 96000},
+              {"retro", "rate=96000", 44100, 96000},
+              {"retro", "rate=96000,exclude=44100", 44100, 44100},
+              {"meier", "strength=96000", 44100, 44100},
+              {"Reverse stereo channels", "", 44100, 44100}};
+    for (const auto& [effect, assignments, rate_hz, wanted_hz] : cases) {
+        preset settings = built_effects().find(effect).default_preset;
+        if (*assignments != '\0') {
+            change_settings(settings, assignments);
+        }
+        EXPECT_EQ(wanted_rate_hz(settings, rate_hz), wanted_hz) << effect << ' ' << assignments << ' ' << rate_hz;
+    }
+}
+
 TEST(WordedSettings, AValueMayBeQuotedAndTheLastAssignmentWins) {
     EXPECT_EQ(strength_after("strength=1500"), "1500");
     EXPECT_EQ(strength_after("strength=\"1500\""), "1500");

@@ -156,10 +156,20 @@ TEST_F(CutShortElse, AnMp3ThatDeclaresMoreThanItHasIsAnError) {
 TEST_F(CutShortElse, AnMp3IsToldByItsFrames) {
     const std::filesystem::path file = noise_file("a.mp3", "-b:a 128k"); // 2 s and the encoder's delay: 85 frames
     const std::string whole = read_bytes(file);
-    const std::size_t behind_declaration = whole.find("Info") + 384 - 36; // a frame's bytes, and where its content is
-    write_bytes(file, whole.substr(0, behind_declaration + std::size_t{10} * 384 + 383));
-    EXPECT_EQ(thrown_text<audio_error>([&] { read_audio(file); }),
-              file.string() + ": is cut short: of 85 MPEG frames only 10 are there");
+    const std::size_t begin = whole.find("Info") - 36;
+    const std::string cut = whole.substr(begin, std::size_t{11} * 384 + 383); // the declaration, 10 frames, and a part
+    const std::string short_tag = "ID3\x04" + std::string(5, '\0') + '\x05' + "a tag";
+    const std::string long_tag = "ID3\x04" + std::string(4, '\0') + "\x03\x02" + std::string(3 * 128 + 2, 'x');
+    for (const std::string& front : {std::string(), short_tag, long_tag, long_tag + short_tag}) {
+        write_bytes(file, front + whole.substr(begin));
+        EXPECT_EQ(read_audio(file).samples.size(), 2U * 96000) << front.size();
+        for (const std::string& end : {std::string(), tag}) {
+            write_bytes(file, front + (end.empty() ? cut : cut.substr(0, std::size_t{11} * 384)) + end);
+            EXPECT_EQ(thrown_text<audio_error>([&] { read_audio(file); }),
+                      file.string() + ": is cut short: of 85 MPEG frames only 10 are there")
+                << front.size() << ' ' << end.size();
+        }
+    }
 }
 
 TEST_F(CutShortElse, AnMp3WithTagsAroundItIsWhole) {
@@ -175,6 +185,17 @@ TEST_F(CutShortElse, AnMp3ThatOnceHadMoreTagsIsWhole) {
     bytes[bytes.find("Info") + 13]++; // 65536 more in its count of bytes
     write_bytes(file, bytes);
     EXPECT_EQ(read_audio(file).samples.size(), 2U * 96000);
+}
+
+TEST_F(CutShortElse, AnMp3WithStrayBytesIsNotJudged) {
+    const std::filesystem::path file = noise_file("a.mp3", "-b:a 128k");
+    std::string bytes = read_bytes(file);
+    const std::size_t declaration = bytes.find("Info");
+    bytes[declaration + 13]++;
+    const std::size_t middle = declaration - 36 + std::size_t{40} * 384;
+    bytes.replace(middle, 384, 500, '\0'); // a frame of the 85 is lost
+    write_bytes(file, bytes);
+    EXPECT_GE(read_audio(file).samples.size(), 2U * 83 * 1152);
 }
 
 TEST_F(CutShortElse, AnMp3InAWavDeclaresMoreThanItHas) {

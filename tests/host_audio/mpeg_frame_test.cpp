@@ -47,5 +47,20 @@ TEST(MpegFrame, TellsItsSize) {
     }
 }
 
+TEST(MpegFrame, TellsItsFormat) {
+    const struct {
+        std::uint32_t header;
+        std::uint32_t sample_rate_hz;
+        std::uint32_t channels;
+    } formats[]{{0xFFFB9064, 44100, 2}, {0xFFFB94C4, 48000, 1}, {0xFFFBE800, 32000, 2},
+                {0xFFF39084, 22050, 2}, {0xFFF398C4, 16000, 1}, {0xFFE39864, 8000, 2}};
+    for (const auto& [header, sample_rate_hz, channels] : formats) {
+        const auto frame = parse_mpeg_header(bytes_of(header));
+        ASSERT_TRUE(frame) << std::hex << header;
+        EXPECT_EQ(frame->sample_rate_hz, sample_rate_hz) << std::hex << header;
+        EXPECT_EQ(frame->channels, channels) << std::hex << header;
+    }
+}
+
 } // namespace
 } // namespace host

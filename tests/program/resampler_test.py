@@ -120,6 +120,37 @@ def test_a_conversion_that_is_not_made_is_warned_of(host, target_hz, warning):
     assert (read(host.folder / "out.wav").rate_hz == target_hz) == (not warning)
 
 
+DIVERGES = "Meier Crossfeed: at {} Hz a strength above {} diverges\n"
+
+
+# The converter has no way from 12000 Hz to 352800 Hz, but one over 48000 Hz.
+@pytest.mark.parametrize("steps, warnings", [
+    (["ssrc:rate=352800"], "Resampler (dBpoweramp/SSRC): cannot convert 12000 Hz to 352800 Hz\n"),
+    (["ssrc:rate=352800,exclude=12000"], ""),
+    (["ssrc:rate=48000", "ssrc:rate=352800"], ""),
+    (["ssrc:rate=48000,exclude=8000-12000", "ssrc:rate=352800"],
+     "Resampler (dBpoweramp/SSRC): cannot convert 12000 Hz to 352800 Hz\n"),
+    (["meier:strength=7000"], DIVERGES.format(12000, 6000)),
+    (["ssrc:rate=48000", "meier:strength=7000"], ""),
+    (["ssrc:rate=8000", "meier:strength=5000"], DIVERGES.format(8000, 4000)),
+    (["ssrc:rate=352800", "meier:strength=7000"],
+     "Resampler (dBpoweramp/SSRC): cannot convert 12000 Hz to 352800 Hz\n" + DIVERGES.format(12000, 6000)),
+])
+def test_warnings_are_of_the_rates_that_reach_an_effect(host, steps, warnings):
+    write(host.folder / "in.wav", noise(500, 2), rate_hz=12000)
+    chain = [word for step in steps for word in ("-e", step)]
+    answer = host.run("process", "in.wav", "-o", "out.wav", *chain)
+    assert (answer.exit_code, answer.errors) == (0, warnings)
+
+
+def test_each_rate_of_an_album_goes_its_own_way(host):
+    for rate_hz in (8000, 12000):
+        write(host.folder / f"{rate_hz}.wav", noise(500, 2), rate_hz=rate_hz)
+    answer = host.run("process", "8000.wav", "12000.wav", "-o", "out.wav",
+                      "-e", "ssrc:rate=12000,exclude=9000", "-e", "meier:strength=7000")
+    assert (answer.exit_code, answer.errors) == (0, DIVERGES.format(12000, 6000))
+
+
 @pytest.mark.parametrize("effect", ["ssrc", "retro"])
 def test_settings_that_went_into_the_exclusions_are_warned_of(host, effect):
     write(host.folder / "1.wav", noise(500, 2))
