@@ -11,9 +11,9 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 
-# The run-time libraries go into each product: nothing has to be installed beside them. Their debug information, which
-# would be the larger half of each, stays out. The same sources give the same bytes: no time stamp.
-set(product_flags "-static -Wl,--strip-debug,--no-insert-timestamp")
+# The run-time libraries go into each product: nothing has to be installed beside them. Their symbols and debug
+# information, which would be the larger half of each, stay out. The same sources give the same bytes: no time stamp.
+set(product_flags "-static -s -Wl,--no-insert-timestamp")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "${product_flags}")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "${product_flags}")
 set(CMAKE_MODULE_LINKER_FLAGS_INIT "${product_flags}")
