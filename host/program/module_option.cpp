@@ -18,7 +18,7 @@ std::filesystem::path module_file(const std::string& chosen) {
     if (!chosen.empty()) {
         return path_from_utf8(chosen);
     }
-    const auto beside_program = program_file().parent_path() / module_file_name;
+    auto beside_program = program_file().parent_path() / module_file_name;
     if (!std::filesystem::exists(beside_program)) {
         throw module_error("there is no module " + to_utf8(beside_program) + "; --module names another");
     }

@@ -164,7 +164,9 @@ TEST_F(CutShortElse, AnMp3IsToldByItsFrames) {
         write_bytes(file, front + whole.substr(begin));
         EXPECT_EQ(read_audio(file).samples.size(), 2U * 96000) << front.size();
         for (const std::string& end : {std::string(), tag}) {
-            write_bytes(file, front + (end.empty() ? cut : cut.substr(0, std::size_t{11} * 384)) + end);
+            std::string content = front;
+            content += end.empty() ? cut : cut.substr(0, std::size_t{11} * 384);
+            write_bytes(file, content += end);
             EXPECT_EQ(thrown_text<audio_error>([&] { read_audio(file); }),
                       file.string() + ": is cut short: of 85 MPEG frames only 10 are there")
                 << front.size() << ' ' << end.size();
